@@ -1,0 +1,13 @@
+#pragma once
+
+#include "Core/Geometry.h"
+
+#include <string>
+
+namespace tarvex {
+
+/// A rectangle for the log: "(x, y, width, height)", each number in the shortest decimal form that reads back
+/// as the same number, with at least one fractional digit.
+[[nodiscard]] std::string describe(const Rect& rect);
+
+} // namespace tarvex

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "Core/Configuration/TarvexConfig.h"
+#include "Core/Files/FileManager.h"
+#include "Core/Logging/Logger.h"
+
+#include <string>
+
+namespace tarvex {
+
+/// Reads and writes config.json in the folder "Tarvex" of the user's application data. It caches nothing:
+/// every load reads the file again, so that all stores over one file always agree. Every call makes sure that
+/// the folder exists. Failures to find or make the folder are thrown without a log line.
+class ConfigStore {
+public:
+    /// The file manager must outlive the store.
+    ConfigStore(Logger logger, FileManager& fileManager);
+
+    /// The saved settings; the defaults when there is no file. Logs and throws (FileError, DecodingError)
+    /// when a file stands there that cannot be read or decoded; the file is left alone.
+    [[nodiscard]] TarvexConfigRef loadConfig();
+
+    /// Replaces the file with the whole record, in one step. Logs and throws (FileError, EncodingError) when
+    /// that fails; the old file then stands as it was.
+    void saveConfig(const TarvexConfig& config);
+
+private:
+    [[nodiscard]] std::string getConfigUrl();
+    [[nodiscard]] TarvexConfigRef decodeConfig(const std::string& data);
+    [[nodiscard]] std::string encodeConfig(const TarvexConfig& config);
+
+    Logger logger_;
+    FileManager* fileManager_;
+};
+
+} // namespace tarvex

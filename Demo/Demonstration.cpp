@@ -1,0 +1,159 @@
+// Shows Tarvex at work on a private virtual display: one window snapped into a single zone, one across two, a
+// picture of each step.
+
+#include "Tests/Support/X11/Compositor.h"
+#include "Tests/Support/X11/Keyboard.h"
+#include "Tests/Support/X11/Pointer.h"
+#include "Tests/Support/X11/RealApplication.h"
+#include "Tests/Support/X11/Screenshot.h"
+#include "Tests/Support/X11/TarvexProgram.h"
+#include "Tests/Support/X11/WindowManager.h"
+
+#include <chrono>
+#include <exception>
+#include <filesystem>
+#include <iostream>
+#include <map>
+#include <string>
+#include <string_view>
+
+#include "Demo/Wallpaper.h"
+
+namespace tarvex::demo {
+
+namespace {
+
+using namespace tarvex::test;
+
+constexpr int screenWidth = 1600;
+constexpr int screenHeight = 1000;
+
+// A wide column in the middle, narrow ones beside it that are divided once more.
+constexpr std::string_view settings = R"({
+  "grids": [{"id": "default", "name": "Default", "verticalSplits": [0.3, 0.7], "horizontalSplits": [0.5]}],
+  "defaultGridByDisplayId": {},
+  "cellMarginPoints": 12
+})";
+
+class Demonstration {
+public:
+    Demonstration(const std::string& program, std::filesystem::path output)
+        : output_{std::move(output)},
+          server_{screenWidth, screenHeight},
+          client_{server_.displayName()},
+          windowManager_{server_, WindowManagerKind::openbox},
+          compositor_{server_},
+          pointer_{server_.displayName()},
+          keyboard_{server_.displayName()},
+          tarvex_{server_, program} {
+        std::filesystem::create_directories(output_);
+        XClient wallpaperClient(server_.displayName());
+        setWallpaper(wallpaperClient);
+        tarvex_.writeConfig(settings);
+        tarvex_.start();
+    }
+
+    void run() {
+        RealApplication terminal(server_,
+                                 {"xterm", "-fa", "DejaVu Sans Mono", "-fs", "11", "-bg", "#1d2433", "-fg",
+                                  "#dfe6f2", "-geometry", "76x20+420+600", "-title", "Terminal", "-e", "sh",
+                                  "-c", "printf 'Drag me by my title bar.\n'; ls /usr/share; cat"});
+        RealApplication editor(server_, {"gtk3-icon-browser"});
+        awaitStillPicture();
+        take("1-desktop", "two applications where they opened");
+
+        beginDrag(editor);
+        keyboard_.press(key::super);
+        pointer_.glideTo({1350, 240});
+        awaitZones();
+        take("2-one-zone", "Super held: the zones, the one under the pointer filled");
+        finishDrag();
+        keyboard_.release(key::super);
+        take("3-snapped", "the window has taken the zone");
+
+        beginDrag(terminal);
+        keyboard_.press(key::super);
+        keyboard_.press(key::shift);
+        pointer_.glideTo({700, 760});
+        pointer_.glideTo({240, 760});
+        awaitZones();
+        take("4-two-zones", "Super and Shift held: every zone passed over is filled");
+        finishDrag();
+        keyboard_.release(key::shift);
+        keyboard_.release(key::super);
+        take("5-snapped-across-two", "the window covers both");
+        tarvex_.expectCleanExit();
+    }
+
+private:
+    void beginDrag(RealApplication& application) {
+        // Clear of the buttons at the ends of a header bar.
+        const PixelPoint handle = application.window().titleBarPoint();
+        pointer_.moveTo(handle);
+        pointer_.press();
+        pointer_.glideTo({handle.x + 30, handle.y + 30});
+    }
+
+    void finishDrag() {
+        pointer_.release();
+        awaitStillPicture();
+    }
+
+    void awaitZones() {
+        client_.waitUntil([this] { return tarvex_.countInLog("SnapController.snapDragStart") > dragCount_; },
+                          "the zones follow the drag");
+        ++dragCount_;
+        awaitStillPicture();
+    }
+
+    // The programs draw at their own pace: a picture is good once it has not changed for a while. One with an
+    // animation in it is good after two seconds.
+    void awaitStillPicture() {
+        constexpr int enoughEqualPictures = 30;
+        int equalPictures = 0;
+        Screenshot last(client_);
+        const auto standsStill = [&] {
+            Screenshot now(client_);
+            equalPictures = now == last ? equalPictures + 1 : 0;
+            last = std::move(now);
+            return equalPictures >= enoughEqualPictures;
+        };
+        static_cast<void>(client_.waitFor(standsStill, Deadline(std::chrono::seconds(2))));
+    }
+
+    void take(const std::string& name, std::string_view caption) {
+        const std::filesystem::path path = output_ / (name + ".png");
+        Screenshot(client_).savePng(path);
+        std::cout << path.string() << ": " << caption << std::endl;
+    }
+
+    std::filesystem::path output_;
+    XServer server_;
+    XClient client_;
+    WindowManager windowManager_;
+    Compositor compositor_;
+    Pointer pointer_;
+    Keyboard keyboard_;
+    TarvexProgram tarvex_;
+    int dragCount_ = 0;
+};
+
+} // namespace
+
+} // namespace tarvex::demo
+
+int main(int argc, char** argv) {
+    std::map<std::string, std::string> options{{"--program", "tarvex"}, {"--output", "."}};
+    for (int index = 1; index + 1 < argc; index += 2) {
+        options[argv[index]] = argv[index + 1];
+    }
+    try {
+        tarvex::demo::Demonstration(std::filesystem::absolute(options["--program"]).string(),
+                                    options["--output"])
+            .run();
+    } catch (const std::exception& error) {
+        std::cerr << "The demonstration stopped: " << error.what() << "\n";
+        return 1;
+    }
+    return 0;
+}

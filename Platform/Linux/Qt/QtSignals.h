@@ -1,0 +1,41 @@
+#pragma once
+
+#include "Platform/Posix/FileDescriptor.h"
+
+#include <QSocketNotifier>
+
+#include <array>
+#include <csignal>
+#include <functional>
+#include <memory>
+
+namespace tarvex {
+
+/// Turns the signals that ask a program to end (SIGTERM, SIGINT, SIGHUP) into a call on the main loop. A
+/// second signal of the same kind ends the program at once, should the first find it stuck. At most one
+/// object at a time; the former handling comes back when it goes.
+class QtSignals {
+public:
+    /// An application object must exist.
+    /// @param terminate called on the main loop, also for a signal that came before the loop ran
+    explicit QtSignals(std::function<void()> terminate);
+
+    QtSignals(const QtSignals&) = delete;
+    QtSignals& operator=(const QtSignals&) = delete;
+    QtSignals(QtSignals&&) = delete;
+    QtSignals& operator=(QtSignals&&) = delete;
+    ~QtSignals();
+
+private:
+    static constexpr std::array<int, 3> handledSignals{SIGTERM, SIGINT, SIGHUP};
+
+    void readSignals();
+
+    std::function<void()> terminate_;
+    FileDescriptor readEnd_;
+    FileDescriptor writeEnd_;
+    std::unique_ptr<QSocketNotifier> notifier_;
+    std::array<struct sigaction, handledSignals.size()> former_{};
+};
+
+} // namespace tarvex

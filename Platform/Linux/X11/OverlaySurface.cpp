@@ -1,0 +1,227 @@
+#include "Platform/Linux/X11/OverlaySurface.h"
+
+#include "Platform/Linux/X11/SceneDifference.h"
+
+#include <xcb/shape.h>
+
+#include <algorithm>
+#include <array>
+#include <span>
+#include <string_view>
+#include <utility>
+
+namespace tarvex {
+
+namespace {
+
+/// Just outside the root window's top-left corner.
+constexpr PixelRect parked{-1, -1, 1, 1};
+/// Keeps every request below the size that any server takes.
+constexpr std::size_t maxRectanglesPerRequest = 8000;
+constexpr std::string_view title = "Tarvex Zones";
+/// Instance and class, each ended by a null.
+constexpr std::string_view windowClass{"tarvex\0Tarvex\0", 14};
+
+xcb_rectangle_t rectangleOf(const PixelRect& rect) {
+    return {static_cast<std::int16_t>(rect.x), static_cast<std::int16_t>(rect.y),
+            static_cast<std::uint16_t>(rect.width), static_cast<std::uint16_t>(rect.height)};
+}
+
+/// Calls the action with portions of the rectangles that fit a request; with an empty one if there are none.
+template <typename Action>
+void inPortions(std::span<const xcb_rectangle_t> rectangles, Action action) {
+    do {
+        const std::size_t count = std::min(rectangles.size(), maxRectanglesPerRequest);
+        action(static_cast<std::uint32_t>(count), rectangles.data());
+        rectangles = rectangles.subspan(count);
+    } while (!rectangles.empty());
+}
+
+} // namespace
+
+OverlaySurface::OverlaySurface(XConnection& connection, const OverlayVisual& visual)
+    : connection_(&connection),
+      visual_(&visual),
+      window_(xcb_generate_id(connection.get())),
+      context_(xcb_generate_id(connection.get())) {
+    create();
+    setProperties();
+    image_.style = OverlayStyle::blended;
+    connection.discard(xcb_map_window_checked(connection.get(), window_));
+}
+
+OverlaySurface::~OverlaySurface() {
+    connection_->discard(xcb_free_gc_checked(connection_->get(), context_));
+    connection_->discard(xcb_destroy_window_checked(connection_->get(), window_));
+}
+
+void OverlaySurface::create() {
+    xcb_connection_t* connection = connection_->get();
+    xcb_create_window_value_list_t attributes{};
+    attributes.background_pixel = 0;
+    attributes.border_pixel = 0;
+    attributes.override_redirect = 1;
+    attributes.event_mask = XCB_EVENT_MASK_EXPOSURE;
+    attributes.colormap = visual_->colormap();
+    connection_->discard(xcb_create_window_aux_checked(
+        connection, visual_->depth(), window_, connection_->root(), parked.x, parked.y, parked.width,
+        parked.height, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, visual_->id(),
+        XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK |
+            XCB_CW_COLORMAP,
+        &attributes));
+    xcb_create_gc_value_list_t context{};
+    context.graphics_exposures = 0;
+    connection_->discard(
+        xcb_create_gc_aux_checked(connection, context_, window_, XCB_GC_GRAPHICS_EXPOSURES, &context));
+    place(parked, false);
+}
+
+void OverlaySurface::setProperties() {
+    connection_->internAtoms({"_NET_WM_NAME", "UTF8_STRING", "_NET_WM_WINDOW_TYPE", "_NET_WM_WINDOW_TYPE_DND",
+                              "_GTK_FRAME_EXTENTS", "_COMPTON_SHADOW"});
+    const auto set = [this](xcb_atom_t property, xcb_atom_t type, std::uint8_t format, std::size_t count,
+                            const void* data) {
+        connection_->discard(xcb_change_property_checked(connection_->get(), XCB_PROP_MODE_REPLACE, window_,
+                                                         property, type, format,
+                                                         static_cast<std::uint32_t>(count), data));
+    };
+    set(XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8, windowClass.size(), windowClass.data());
+    set(XCB_ATOM_WM_NAME, XCB_ATOM_STRING, 8, title.size(), title.data());
+    set(connection_->atom("_NET_WM_NAME"), connection_->atom("UTF8_STRING"), 8, title.size(), title.data());
+    // Of all types, the one for what accompanies a drag is the one that gets no shadow, blur or animation.
+    const xcb_atom_t type = connection_->atom("_NET_WM_WINDOW_TYPE_DND");
+    set(connection_->atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM, 32, 1, &type);
+    // Common rules of compositing managers leave windows with this property, which draw their own edges,
+    // alone.
+    constexpr std::array<std::uint32_t, 4> noExtents{};
+    set(connection_->atom("_GTK_FRAME_EXTENTS"), XCB_ATOM_CARDINAL, 32, noExtents.size(), noExtents.data());
+    constexpr std::uint32_t no = 0;
+    set(connection_->atom("_COMPTON_SHADOW"), XCB_ATOM_CARDINAL, 32, 1, &no);
+}
+
+void OverlaySurface::setClickThrough(bool isClickThrough) {
+    if (std::exchange(isClickThrough_, isClickThrough) == isClickThrough) {
+        return;
+    }
+    connection_->discard(isClickThrough
+                             ? xcb_shape_rectangles_checked(connection_->get(), XCB_SHAPE_SO_SET,
+                                                            XCB_SHAPE_SK_INPUT, XCB_CLIP_ORDERING_UNSORTED,
+                                                            window_, 0, 0, 0, nullptr)
+                             : xcb_shape_mask_checked(connection_->get(), XCB_SHAPE_SO_SET,
+                                                      XCB_SHAPE_SK_INPUT, window_, 0, 0, XCB_PIXMAP_NONE));
+}
+
+void OverlaySurface::show(OverlayImage image, bool raise) {
+    const bool keepsPixels = isShown_ && image.frame == image_.frame && image.style == image_.style;
+    const bool isResized =
+        !isShown_ || image.frame.width != image_.frame.width || image.frame.height != image_.frame.height;
+    if (image.style != image_.style) {
+        applyStyle(image.style);
+    }
+    const OverlayImage before = std::exchange(image_, std::move(image));
+    const bool isSamePicture = keepsPixels && before.fills == image_.fills;
+    if (image_.style == OverlayStyle::shaped && !isSamePicture) {
+        setShape();
+    }
+    if (!isShown_ || raise || before.frame != image_.frame) {
+        place(image_.frame, raise);
+    }
+    isShown_ = true;
+    if (isSamePicture) {
+        return;
+    }
+    exposed_ = keepsPixels ? exposed_ : PixelRect{};
+    if (!keepsPixels && !isResized && image_.style == OverlayStyle::blended) {
+        connection_->discard(xcb_clear_area_checked(connection_->get(), 0, window_, 0, 0, 0, 0));
+    }
+    draw(keepsPixels ? changedPixels(before.fills, image_.fills, area())
+                     : visiblePixels(image_.fills, area()));
+}
+
+void OverlaySurface::hide() {
+    if (std::exchange(isShown_, false)) {
+        place(parked, false);
+        exposed_ = {};
+    }
+}
+
+void OverlaySurface::place(const PixelRect& frame, bool raise) {
+    xcb_configure_window_value_list_t values{};
+    values.x = frame.x;
+    values.y = frame.y;
+    values.width = static_cast<std::uint32_t>(std::max(frame.width, 1));
+    values.height = static_cast<std::uint32_t>(std::max(frame.height, 1));
+    const bool isParked = frame == parked;
+    values.stack_mode = isParked ? XCB_STACK_MODE_BELOW : XCB_STACK_MODE_ABOVE;
+    const int stacking = isParked || raise ? XCB_CONFIG_WINDOW_STACK_MODE : 0;
+    connection_->discard(xcb_configure_window_aux_checked(
+        connection_->get(), window_,
+        static_cast<std::uint16_t>(XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH |
+                                   XCB_CONFIG_WINDOW_HEIGHT | stacking),
+        &values));
+}
+
+void OverlaySurface::applyStyle(OverlayStyle style) {
+    xcb_change_window_attributes_value_list_t attributes{};
+    if (style == OverlayStyle::blended) {
+        connection_->discard(xcb_change_window_attributes_aux_checked(connection_->get(), window_,
+                                                                      XCB_CW_BACK_PIXEL, &attributes));
+        connection_->discard(xcb_shape_mask_checked(connection_->get(), XCB_SHAPE_SO_SET,
+                                                    XCB_SHAPE_SK_BOUNDING, window_, 0, 0, XCB_PIXMAP_NONE));
+    } else {
+        // Without a background the desktop stays on the screen until the picture is drawn over it: no flash.
+        attributes.background_pixmap = XCB_BACK_PIXMAP_NONE;
+        connection_->discard(xcb_change_window_attributes_aux_checked(connection_->get(), window_,
+                                                                      XCB_CW_BACK_PIXMAP, &attributes));
+    }
+}
+
+void OverlaySurface::setShape() {
+    std::vector<xcb_rectangle_t> rectangles;
+    for (const PixelFill& tile : visiblePixels(image_.fills, area())) {
+        rectangles.push_back(rectangleOf(tile.rect));
+    }
+    xcb_shape_op_t operation = XCB_SHAPE_SO_SET;
+    inPortions(rectangles, [&](std::uint32_t count, const xcb_rectangle_t* portion) {
+        connection_->discard(xcb_shape_rectangles_checked(
+            connection_->get(), std::exchange(operation, XCB_SHAPE_SO_UNION), XCB_SHAPE_SK_BOUNDING,
+            XCB_CLIP_ORDERING_UNSORTED, window_, 0, 0, count, portion));
+    });
+}
+
+void OverlaySurface::draw(const std::vector<PixelFill>& tiles) {
+    for (auto first = tiles.begin(); first != tiles.end();) {
+        const auto last = std::find_if(first, tiles.end(),
+                                       [&](const PixelFill& tile) { return tile.color != first->color; });
+        const std::uint32_t pixel = visual_->pixelOf(first->color);
+        connection_->discard(xcb_change_gc_checked(connection_->get(), context_, XCB_GC_FOREGROUND, &pixel));
+        std::vector<xcb_rectangle_t> rectangles;
+        std::transform(first, last, std::back_inserter(rectangles),
+                       [](const PixelFill& tile) { return rectangleOf(tile.rect); });
+        inPortions(rectangles, [this](std::uint32_t count, const xcb_rectangle_t* portion) {
+            const auto cookie =
+                xcb_poly_fill_rectangle_checked(connection_->get(), window_, context_, count, portion);
+            lastDrawing_ = cookie.sequence;
+            connection_->discard(cookie);
+        });
+        first = last;
+    }
+}
+
+void OverlaySurface::noteExposure(const xcb_expose_event_t& event, std::uint32_t sequence) {
+    // What was lost before the server came to the last drawing has been drawn since. Sequence numbers wrap.
+    if (!isShown_ || static_cast<std::int32_t>(sequence - lastDrawing_) < 0) {
+        return;
+    }
+    const PixelRect lost{event.x, event.y, event.width, event.height};
+    const int left = hasExposure() ? std::min(exposed_.x, lost.x) : lost.x;
+    const int top = hasExposure() ? std::min(exposed_.y, lost.y) : lost.y;
+    exposed_ = {left, top, std::max(exposed_.right(), lost.right()) - left,
+                std::max(exposed_.bottom(), lost.bottom()) - top};
+}
+
+void OverlaySurface::repairExposure() {
+    draw(visiblePixels(image_.fills, std::exchange(exposed_, {})));
+}
+
+} // namespace tarvex

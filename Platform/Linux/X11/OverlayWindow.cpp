@@ -1,0 +1,75 @@
+#include "Platform/Linux/X11/OverlayWindow.h"
+
+#include <utility>
+
+namespace tarvex {
+
+OverlayWindow::OverlayWindow(XWindowPlatform& platform, const WindowAttributes& attributes,
+                             std::unique_ptr<OverlaySurface> surface)
+    : platform_(&platform), attributes_(attributes), surface_(std::move(surface)) {
+    if (surface_) {
+        surface_->setClickThrough(attributes.ignoresMouseEvents);
+    }
+}
+
+OverlayWindow::~OverlayWindow() {
+    platform_->forget(*this);
+    platform_->giveBack(std::move(surface_));
+}
+
+void OverlayWindow::setScene(Scene scene) {
+    if (scene == scene_) {
+        return;
+    }
+    scene_ = std::move(scene);
+    needsDrawing_ = true;
+    if (isVisible_) {
+        platform_->scheduleUpdate();
+    }
+}
+
+void OverlayWindow::orderFront() {
+    isVisible_ = true;
+    needsRaising_ = true;
+    platform_->scheduleUpdate();
+}
+
+void OverlayWindow::orderOut() {
+    if (std::exchange(isVisible_, false)) {
+        platform_->scheduleUpdate();
+    }
+}
+
+void OverlayWindow::update() {
+    if (!surface_) {
+        return;
+    }
+    if (!isVisible_) {
+        surface_->hide();
+        return;
+    }
+    const bool raise = std::exchange(needsRaising_, false);
+    const bool drawsAnew = std::exchange(needsDrawing_, false) || !surface_->isShown();
+    if (drawsAnew) {
+        surface_->show(makeImage(), raise);
+    } else if (raise) {
+        surface_->show(surface_->image(), raise);
+    }
+    if (surface_->hasExposure()) {
+        surface_->repairExposure();
+    }
+}
+
+OverlayImage OverlayWindow::makeImage() const {
+    const ScenePlacement placement{attributes_.contentRect, platform_->layout_->layout(),
+                                   platform_->accentColor_()};
+    Scene whole;
+    whole.primitives.push_back(FillRect{{0, 0, attributes_.contentRect.width, attributes_.contentRect.height},
+                                        attributes_.backgroundColor});
+    whole.primitives.insert(whole.primitives.end(), scene_.primitives.begin(), scene_.primitives.end());
+    const OverlayStyle style = platform_->style();
+    return {placement.layout.pixelsOfScreenRect(placement.viewFrame), style,
+            pixelFillsOfScene(whole, placement, style)};
+}
+
+} // namespace tarvex

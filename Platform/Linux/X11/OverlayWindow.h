@@ -1,0 +1,49 @@
+#pragma once
+
+#include "App/Toolkit/Window.h"
+#include "Platform/Linux/X11/OverlaySurface.h"
+#include "Platform/Linux/X11/XWindowPlatform.h"
+
+#include <memory>
+
+namespace tarvex {
+
+/// A window of the platform. It notes what it should look like; the platform has it brought about.
+class OverlayWindow final : public Window {
+public:
+    OverlayWindow(XWindowPlatform& platform, const WindowAttributes& attributes,
+                  std::unique_ptr<OverlaySurface> surface);
+    OverlayWindow(const OverlayWindow&) = delete;
+    OverlayWindow& operator=(const OverlayWindow&) = delete;
+    OverlayWindow(OverlayWindow&&) = delete;
+    OverlayWindow& operator=(OverlayWindow&&) = delete;
+    ~OverlayWindow() override;
+
+    [[nodiscard]] Rect frame() const override { return attributes_.contentRect; }
+
+    void setScene(Scene scene) override;
+    void orderFront() override;
+    void orderOut() override;
+
+    /// Null when the server cannot show overlays.
+    [[nodiscard]] OverlaySurface* surface() const { return surface_.get(); }
+
+    /// The window must be drawn anew although its scene is the same.
+    void invalidate() { needsDrawing_ = true; }
+
+    /// Brings about what was asked for since the last time.
+    void update();
+
+private:
+    [[nodiscard]] OverlayImage makeImage() const;
+
+    XWindowPlatform* platform_;
+    WindowAttributes attributes_;
+    std::unique_ptr<OverlaySurface> surface_;
+    Scene scene_;
+    bool isVisible_ = false;
+    bool needsDrawing_ = true;
+    bool needsRaising_ = false;
+};
+
+} // namespace tarvex

@@ -1,0 +1,159 @@
+#include "Platform/Linux/X11/ScenePixels.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <optional>
+
+namespace tarvex {
+
+namespace {
+
+constexpr std::uint32_t whiteRgb = 0xFFFFFF;
+/// Without blending, a faint white line would vanish on a light window and glare on a dark one.
+constexpr PixelColor shapedLineColor = 0xFFB4B8BE;
+constexpr int shapedBorder = 3;
+constexpr int shapedLinePitch = 2;
+/// How far past the view's edges coordinates are followed, in points: far enough for every visible line.
+constexpr double reach = 4096;
+
+std::uint32_t rgbOf(ColorName name, std::uint32_t accentColor) {
+    switch (name) {
+    case ColorName::white:
+        return whiteRgb;
+    case ColorName::accent:
+        return accentColor & whiteRgb;
+    case ColorName::clear:
+    case ColorName::black:
+        break;
+    }
+    return 0;
+}
+
+std::uint32_t alphaByte(const Color& color) {
+    const double alpha = color.name == ColorName::clear || std::isnan(color.alpha) ? 0 : color.alpha;
+    return static_cast<std::uint32_t>(std::lround(std::clamp(alpha, 0.0, 1.0) * 255));
+}
+
+PixelColor premultiplied(std::uint32_t rgb, std::uint32_t alpha) {
+    PixelColor result = alpha << 24U;
+    for (const unsigned shift : {0U, 8U, 16U}) {
+        result |= ((rgb >> shift & 0xFFU) * alpha + 127) / 255 << shift;
+    }
+    return result;
+}
+
+/// Turns the primitives of one scene into fills.
+class FillBuilder {
+public:
+    FillBuilder(const ScenePlacement& placement, OverlayStyle style)
+        : placement_(&placement),
+          style_(style),
+          window_(placement.layout.pixelsOfScreenRect(placement.viewFrame)) {}
+
+    void operator()(const FillRect& fill) {
+        const std::optional<PixelRect> rect = pixelsOf(fill.rect);
+        const std::uint32_t alpha = alphaByte(fill.color);
+        if (!rect || alpha == 0) {
+            return;
+        }
+        const std::uint32_t rgb = rgbOf(fill.color.name, placement_->accentColor);
+        if (style_ == OverlayStyle::blended || alpha == 0xFF) {
+            add(*rect, premultiplied(rgb, alpha));
+        } else {
+            addPattern(*rect, premultiplied(rgb, 0xFF));
+        }
+    }
+
+    void operator()(const StrokeRect& stroke) {
+        const std::optional<PixelRect> rect = pixelsOf(stroke.rect);
+        const std::uint32_t alpha = alphaByte(stroke.color);
+        if (!rect || alpha == 0 || !(stroke.lineWidth > 0)) {
+            return;
+        }
+        const std::uint32_t rgb = rgbOf(stroke.color.name, placement_->accentColor);
+        const int width = std::max(1, roundToPixel(std::min(stroke.lineWidth, reach)));
+        const int outside = width / 2;
+        const PixelRect outer{rect->x - outside, rect->y - outside, rect->width + 2 * outside,
+                              rect->height + 2 * outside};
+        const bool isFaintWhite = stroke.color.name == ColorName::white && alpha < 0xFF;
+        addFrame(outer, width,
+                 style_ == OverlayStyle::blended ? premultiplied(rgb, alpha)
+                 : isFaintWhite                  ? shapedLineColor
+                                                 : premultiplied(rgb, 0xFF));
+    }
+
+    [[nodiscard]] std::vector<PixelFill> take() { return std::move(fills_); }
+
+private:
+    /// In window coordinates. Edges far outside are drawn in, so that every number fits a whole one.
+    [[nodiscard]] std::optional<PixelRect> pixelsOf(const Rect& rect) const {
+        const Rect& frame = placement_->viewFrame;
+        const std::array<double, 4> edges{rect.minX(), rect.minY(), rect.maxX(), rect.maxY()};
+        if (!std::all_of(edges.begin(), edges.end(), [](double edge) { return std::isfinite(edge); })) {
+            return std::nullopt;
+        }
+        const double left = std::clamp(edges[0], -reach, frame.width + reach);
+        const double bottom = std::clamp(edges[1], -reach, frame.height + reach);
+        const double right = std::clamp(edges[2], -reach, frame.width + reach);
+        const double top = std::clamp(edges[3], -reach, frame.height + reach);
+        PixelRect pixels = placement_->layout.pixelsOfScreenRect(
+            {frame.x + left, frame.y + bottom, right - left, top - bottom});
+        pixels.x -= window_.x;
+        pixels.y -= window_.y;
+        return pixels.width > 0 && pixels.height > 0 ? std::optional(pixels) : std::nullopt;
+    }
+
+    void add(const PixelRect& rect, PixelColor color) {
+        const int left = std::max(rect.x, 0);
+        const int top = std::max(rect.y, 0);
+        const int right = std::min(rect.right(), window_.width);
+        const int bottom = std::min(rect.bottom(), window_.height);
+        if (left < right && top < bottom) {
+            fills_.push_back({{left, top, right - left, bottom - top}, color});
+        }
+    }
+
+    /// The band of the given width along the inside of the rectangle, each pixel once.
+    void addFrame(const PixelRect& outer, int width, PixelColor color) {
+        if (outer.width <= 2 * width || outer.height <= 2 * width) {
+            add(outer, color);
+            return;
+        }
+        const int inner = outer.height - 2 * width;
+        add({outer.x, outer.y, outer.width, width}, color);
+        add({outer.x, outer.bottom() - width, outer.width, width}, color);
+        add({outer.x, outer.y + width, width, inner}, color);
+        add({outer.right() - width, outer.y + width, width, inner}, color);
+    }
+
+    /// A see-through fill without blending: a border and fine lines. Lines lie on whole multiples of the
+    /// window, so that those of neighbouring and overlapping rectangles meet.
+    void addPattern(const PixelRect& rect, PixelColor color) {
+        addFrame(rect, shapedBorder, color);
+        const int top = std::max(rect.y + shapedBorder, 0);
+        const int bottom = std::min(rect.bottom() - shapedBorder, window_.height);
+        for (int y = top + (shapedLinePitch - top % shapedLinePitch) % shapedLinePitch; y < bottom;
+             y += shapedLinePitch) {
+            add({rect.x + shapedBorder, y, rect.width - 2 * shapedBorder, 1}, color);
+        }
+    }
+
+    const ScenePlacement* placement_;
+    OverlayStyle style_;
+    PixelRect window_;
+    std::vector<PixelFill> fills_;
+};
+
+} // namespace
+
+std::vector<PixelFill> pixelFillsOfScene(const Scene& scene, const ScenePlacement& placement,
+                                         OverlayStyle style) {
+    FillBuilder builder(placement, style);
+    for (const ScenePrimitive& primitive : scene.primitives) {
+        std::visit(builder, primitive);
+    }
+    return builder.take();
+}
+
+} // namespace tarvex

@@ -1,0 +1,135 @@
+#include "Platform/Linux/X11/XAccessibilityPlatform.h"
+
+#include <cmath>
+#include <memory>
+#include <utility>
+
+namespace tarvex {
+
+namespace {
+
+constexpr std::string_view windowAttribute = "AXWindow";
+constexpr std::string_view parentAttribute = "AXParent";
+constexpr std::string_view positionAttribute = "AXPosition";
+constexpr std::string_view sizeAttribute = "AXSize";
+
+/// Coordinates and extents of X are 16 bits wide.
+constexpr double farthest = 32767;
+
+class XWindowElement final : public AccessibilityElement {
+public:
+    XWindowElement(xcb_window_t window, bool isManaged) : window_(window), isManaged_(isManaged) {}
+
+    [[nodiscard]] xcb_window_t window() const { return window_; }
+
+    /// A window in the user's sense, with a frame that can be read and written.
+    [[nodiscard]] bool isManaged() const { return isManaged_; }
+
+private:
+    xcb_window_t window_;
+    bool isManaged_;
+};
+
+AccessibilityValueResult elementResult(const XWindowFinder::Result& found, bool isManaged) {
+    if (found.error != 0) {
+        return {found.error, std::nullopt};
+    }
+    if (found.window == XCB_WINDOW_NONE) {
+        return {x_accessibility_error::noValue, std::nullopt};
+    }
+    return {0, AccessibilityElementRef(std::make_shared<XWindowElement>(found.window, isManaged))};
+}
+
+bool isExpressible(double first, double second) {
+    return std::abs(first) <= farthest && std::abs(second) <= farthest;
+}
+
+} // namespace
+
+XAccessibilityPlatform::XAccessibilityPlatform(XConnection& connection, XEventPump& pump,
+                                               DesktopLayoutProvider& layout,
+                                               std::vector<XClientResources> ownClients)
+    : connection_(&connection),
+      layout_(&layout),
+      finder_(connection, std::move(ownClients)),
+      placer_(connection, pump, layout) {}
+
+bool XAccessibilityPlatform::isProcessTrusted(bool /*showsPrompt*/) {
+    return true;
+}
+
+AccessibilityElementResult XAccessibilityPlatform::copyElementAtPosition(float x, float y) {
+    // The user is about to take hold of a window; from here on it is his.
+    placer_.stopSettling();
+    if (!isExpressible(x, y)) {
+        return {x_accessibility_error::illegalValue, nullptr};
+    }
+    const DesktopLayout& layout = layout_->layout();
+    const auto found = finder_.deepestWindowAt(static_cast<int>(std::floor(x)) + layout.primaryLeft,
+                                               static_cast<int>(std::floor(y)) + layout.top);
+    if (found.error != 0 || found.window == XCB_WINDOW_NONE) {
+        return {found.error, nullptr};
+    }
+    return {0, std::make_shared<XWindowElement>(found.window, false)};
+}
+
+AccessibilityValueResult XAccessibilityPlatform::copyAttributeValue(const AccessibilityElementRef& element,
+                                                                    std::string_view name) {
+    const auto* node = dynamic_cast<const XWindowElement*>(element.get());
+    if (node == nullptr) {
+        return {x_accessibility_error::invalidElement, std::nullopt};
+    }
+    if (name == windowAttribute) {
+        return elementResult(finder_.managedWindowOf(node->window()), true);
+    }
+    if (name == parentAttribute) {
+        return elementResult(finder_.parentOf(node->window()), false);
+    }
+    if (node->isManaged() && (name == positionAttribute || name == sizeAttribute)) {
+        return readFrame(node->window(), name == positionAttribute);
+    }
+    return {x_accessibility_error::attributeUnsupported, std::nullopt};
+}
+
+AccessibilityValueResult XAccessibilityPlatform::readFrame(xcb_window_t window, bool wantsPosition) {
+    placer_.sendPending();
+    const XWindowGeometry geometry = XWindowGeometryRequest(*connection_, window).take();
+    if (geometry.error != 0) {
+        return {geometry.error, std::nullopt};
+    }
+    const PixelRect frame = geometry.visibleFrame();
+    if (wantsPosition) {
+        return {0, layout_->layout().accessibilityPointOfPixel(frame.x, frame.y)};
+    }
+    return {0, Size{static_cast<double>(frame.width), static_cast<double>(frame.height)}};
+}
+
+std::optional<AccessibilityValue> XAccessibilityPlatform::makePointValue(Point point) {
+    return point;
+}
+
+std::optional<AccessibilityValue> XAccessibilityPlatform::makeSizeValue(Size size) {
+    return size;
+}
+
+std::int32_t XAccessibilityPlatform::setAttributeValue(const AccessibilityElementRef& element,
+                                                       std::string_view name,
+                                                       const AccessibilityValue& value) {
+    const auto* node = dynamic_cast<const XWindowElement*>(element.get());
+    if (node == nullptr) {
+        return x_accessibility_error::invalidElement;
+    }
+    if (!node->isManaged() || (name != positionAttribute && name != sizeAttribute)) {
+        return x_accessibility_error::attributeUnsupported;
+    }
+    if (name == positionAttribute) {
+        const auto* position = std::get_if<Point>(&value);
+        const bool isLegal = position != nullptr && isExpressible(position->x, position->y);
+        return isLegal ? placer_.setPosition(node->window(), *position) : x_accessibility_error::illegalValue;
+    }
+    const auto* size = std::get_if<Size>(&value);
+    const bool isLegal = size != nullptr && isExpressible(size->width, size->height);
+    return isLegal ? placer_.setSize(node->window(), *size) : x_accessibility_error::illegalValue;
+}
+
+} // namespace tarvex

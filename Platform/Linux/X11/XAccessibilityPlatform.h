@@ -1,0 +1,52 @@
+#pragma once
+
+#include "App/Input/AccessibilityPlatform.h"
+#include "Platform/Linux/X11/XWindowFinder.h"
+#include "Platform/Linux/X11/XWindowPlacer.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace tarvex {
+
+/// Error codes of the X11 accessibility port besides those of X (1 to 255) and XConnection::connectionLost.
+namespace x_accessibility_error {
+/// The element is null or not one of this port's.
+inline constexpr std::int32_t invalidElement = -2;
+/// The element has no attribute of that name.
+inline constexpr std::int32_t attributeUnsupported = -3;
+/// The element has the attribute, but no value for it: it is part of no managed window, or is the root.
+inline constexpr std::int32_t noValue = -4;
+/// The value is of the wrong kind for the attribute, or beyond what X can express.
+inline constexpr std::int32_t illegalValue = -5;
+} // namespace x_accessibility_error
+
+/// Other programs' windows, as the X server and the window manager know them. X lets every client steer every
+/// window, so that the process is always trusted. "AXPosition" and "AXSize" belong to what "AXWindow" gives.
+class XAccessibilityPlatform final : public AccessibilityPlatform {
+public:
+    /// All must outlive the platform.
+    /// @param ownClients this program's further connections, whose windows are never elements
+    XAccessibilityPlatform(XConnection& connection, XEventPump& pump, DesktopLayoutProvider& layout,
+                           std::vector<XClientResources> ownClients);
+
+    [[nodiscard]] bool isProcessTrusted(bool showsPrompt) override;
+    [[nodiscard]] AccessibilityElementResult copyElementAtPosition(float x, float y) override;
+    [[nodiscard]] AccessibilityValueResult copyAttributeValue(const AccessibilityElementRef& element,
+                                                              std::string_view name) override;
+    [[nodiscard]] std::optional<AccessibilityValue> makePointValue(Point point) override;
+    [[nodiscard]] std::optional<AccessibilityValue> makeSizeValue(Size size) override;
+    [[nodiscard]] std::int32_t setAttributeValue(const AccessibilityElementRef& element,
+                                                 std::string_view name,
+                                                 const AccessibilityValue& value) override;
+
+private:
+    [[nodiscard]] AccessibilityValueResult readFrame(xcb_window_t window, bool wantsPosition);
+
+    XConnection* connection_;
+    DesktopLayoutProvider* layout_;
+    XWindowFinder finder_;
+    XWindowPlacer placer_;
+};
+
+} // namespace tarvex

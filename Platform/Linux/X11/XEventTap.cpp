@@ -1,0 +1,225 @@
+#include "Platform/Linux/X11/XEventTap.h"
+
+#include "Platform/Linux/X11/XkbProtocol.h"
+
+#include <xcb/xinput.h>
+
+namespace tarvex {
+
+namespace {
+
+constexpr std::uint32_t primaryButton = 1;
+constexpr std::uint32_t buttonEvents =
+    XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_RELEASE;
+
+} // namespace
+
+XEventTap::XEventTap(XConnection& connection, XEventPump& pump, XPointer& pointer,
+                     const EventTapRequest& request)
+    : connection_(&connection),
+      pointer_(&pointer),
+      pump_(&pump),
+      request_(request),
+      modifierMap_(connection),
+      buttonMap_(connection),
+      inputOpcode_(connection.extension(xcb_input_id)->major_opcode),
+      keyboardEvent_(connection.extension(xcb_xkb_id)->first_event) {}
+
+XEventTap::~XEventTap() {
+    stop();
+}
+
+void XEventTap::setOnRunLoop(bool isOnRunLoop) {
+    isOnRunLoop_ = isOnRunLoop;
+    if (isOnRunLoop_) {
+        start();
+    } else {
+        stop();
+    }
+}
+
+void XEventTap::enable() {
+    isEnabled_ = true;
+    start();
+}
+
+void XEventTap::start() {
+    if (!isOnRunLoop_ || !isEnabled_ || isListening()) {
+        return;
+    }
+    subscriptions_ = {
+        pump_->subscribe(XCB_GE_GENERIC, [this](const xcb_generic_event_t& event) { handleInput(event); }),
+        pump_->subscribe(keyboardEvent_, [this](const xcb_generic_event_t& event) { handleKeyboard(event); }),
+        pump_->subscribe(XCB_MAPPING_NOTIFY,
+                         [this](const xcb_generic_event_t& event) { handleMappingChange(event); }),
+        pump_->subscribeTurnEnd([this] { handleTurnEnd(); })};
+    modifierMap_.invalidate();
+    buttonMap_.invalidate();
+    selectModifiers(true);
+    selectInput(XCB_INPUT_DEVICE_ALL, XCB_INPUT_XI_EVENT_MASK_HIERARCHY);
+    // What is held already was not seen to be pressed, but its release will be.
+    isButtonConfirmed_ = takeSnapshot();
+    setButtonDown(isButtonConfirmed_);
+    flags_ = modifierMap_.eventFlags(pointer_->snapshot().mask);
+    connection_->flush();
+}
+
+void XEventTap::stop() {
+    if (!isListening()) {
+        return;
+    }
+    subscriptions_ = {};
+    isMotionPending_ = false;
+    selectInput(XCB_INPUT_DEVICE_ALL_MASTER, 0);
+    selectInput(XCB_INPUT_DEVICE_ALL, 0);
+    selectModifiers(false);
+    connection_->flush();
+}
+
+void XEventTap::handleInput(const xcb_generic_event_t& event) {
+    const auto& generic = reinterpret_cast<const xcb_ge_generic_event_t&>(event);
+    if (generic.extension != inputOpcode_) {
+        return;
+    }
+    switch (generic.event_type) {
+    case XCB_INPUT_RAW_MOTION:
+        isMotionPending_ = isButtonDown_;
+        break;
+    case XCB_INPUT_RAW_BUTTON_PRESS:
+    case XCB_INPUT_RAW_BUTTON_RELEASE: {
+        const auto& button = reinterpret_cast<const xcb_input_raw_button_press_event_t&>(event);
+        if (buttonMap_.logicalButton(button.detail, button.sourceid) == primaryButton) {
+            handleButton(generic.event_type == XCB_INPUT_RAW_BUTTON_PRESS);
+        }
+        break;
+    }
+    case XCB_INPUT_HIERARCHY:
+        // Devices came or went, and the numbers of those that went are given out again.
+        buttonMap_.invalidate();
+        break;
+    default:
+        break;
+    }
+}
+
+void XEventTap::handleKeyboard(const xcb_generic_event_t& event) {
+    // The kind of event stands where core events have their detail.
+    const auto& state = reinterpret_cast<const xcb_xkb_state_notify_event_t&>(event);
+    switch (state.xkbType) {
+    case XCB_XKB_STATE_NOTIFY:
+        handleModifiers(state.mods);
+        break;
+    case XCB_XKB_MAP_NOTIFY:
+    case XCB_XKB_NEW_KEYBOARD_NOTIFY:
+        modifierMap_.invalidate();
+        break;
+    default:
+        break;
+    }
+}
+
+void XEventTap::handleMappingChange(const xcb_generic_event_t& event) {
+    if (reinterpret_cast<const xcb_mapping_notify_event_t&>(event).request == XCB_MAPPING_POINTER) {
+        buttonMap_.invalidate();
+    } else {
+        modifierMap_.invalidate();
+    }
+}
+
+void XEventTap::handleTurnEnd() {
+    if (!isMotionPending_) {
+        return;
+    }
+    const bool isReallyDown = takeSnapshot();
+    if (isReallyDown || !isButtonConfirmed_) {
+        isButtonConfirmed_ = isReallyDown;
+        static_cast<void>(deliverPendingMotion());
+        return;
+    }
+    // The release went by unseen, or has only just come in and will find the button up.
+    isMotionPending_ = false;
+    setButtonDown(false);
+    static_cast<void>(deliver(EventType::leftMouseUp));
+}
+
+void XEventTap::handleButton(bool isPress) {
+    if (!isPress && !isButtonDown_) {
+        return;
+    }
+    const bool isReallyDown = takeSnapshot();
+    if (!deliverPendingMotion()) {
+        return;
+    }
+    isButtonConfirmed_ = isPress && isReallyDown;
+    setButtonDown(isPress);
+    static_cast<void>(deliver(isPress ? EventType::leftMouseDown : EventType::leftMouseUp));
+}
+
+void XEventTap::handleModifiers(std::uint32_t modifiers) {
+    const std::uint64_t flags = modifierMap_.eventFlags(modifiers);
+    if (flags == flags_) {
+        return;
+    }
+    static_cast<void>(takeSnapshot());
+    if (!deliverPendingMotion()) {
+        return;
+    }
+    flags_ = flags;
+    static_cast<void>(deliver(EventType::flagsChanged));
+}
+
+bool XEventTap::takeSnapshot() {
+    return (pointer_->refresh().mask & XCB_KEY_BUT_MASK_BUTTON_1) != 0;
+}
+
+void XEventTap::setButtonDown(bool isDown) {
+    isButtonDown_ = isDown;
+    selectInput(XCB_INPUT_DEVICE_ALL_MASTER,
+                isDown ? buttonEvents | XCB_INPUT_XI_EVENT_MASK_RAW_MOTION : buttonEvents);
+}
+
+bool XEventTap::deliverPendingMotion() {
+    if (!isMotionPending_) {
+        return true;
+    }
+    isMotionPending_ = false;
+    return deliver(EventType::leftMouseDragged);
+}
+
+bool XEventTap::deliver(EventType type) {
+    if (request_.callback == nullptr || (request_.eventMask >> static_cast<std::uint32_t>(type) & 1U) == 0) {
+        return true;
+    }
+    const std::weak_ptr<const bool> life = life_;
+    const XPointer::Hold hold(*pointer_);
+    const TapEvent event{type, flags_};
+    request_.callback(this, type, &event, request_.refcon);
+    return !life.expired();
+}
+
+void XEventTap::selectInput(std::uint16_t device, std::uint32_t eventMask) {
+    struct {
+        xcb_input_event_mask_t head;
+        std::uint32_t mask;
+    } const selection{{device, 1}, eventMask};
+
+    connection_->discard(
+        xcb_input_xi_select_events_checked(connection_->get(), connection_->root(), 1, &selection.head));
+}
+
+void XEventTap::selectModifiers(bool isWanted) {
+    // The notices of a changed keyboard map are rare and may serve others on this connection: they stay.
+    constexpr std::uint16_t mapEvents =
+        XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY;
+    constexpr std::uint16_t mapParts = XCB_XKB_MAP_PART_KEY_SYMS | XCB_XKB_MAP_PART_MODIFIER_MAP;
+    xcb_xkb_select_events_details_t details{};
+    details.affectNewKeyboard = XCB_XKB_NKN_DETAIL_KEYCODES;
+    details.newKeyboardDetails = XCB_XKB_NKN_DETAIL_KEYCODES;
+    details.affectState = XCB_XKB_STATE_PART_MODIFIER_STATE;
+    details.stateDetails = isWanted ? XCB_XKB_STATE_PART_MODIFIER_STATE : 0;
+    connection_->discard(xcb_xkb_select_events_aux_checked(connection_->get(), XCB_XKB_ID_USE_CORE_KBD,
+                                                           mapEvents | XCB_XKB_EVENT_TYPE_STATE_NOTIFY, 0, 0,
+                                                           mapParts, mapParts, &details));
+}
+
+} // namespace tarvex

@@ -1,0 +1,80 @@
+#pragma once
+
+#include "App/Input/EventTapPlatform.h"
+#include "Platform/Linux/X11/XEventPump.h"
+#include "Platform/Linux/X11/XModifierMap.h"
+#include "Platform/Linux/X11/XPointer.h"
+#include "Platform/Linux/X11/XPointerButtonMap.h"
+
+#include <array>
+#include <cstdint>
+#include <memory>
+
+namespace tarvex {
+
+/// A tap on the raw events of the X server, which arrive whoever holds the pointer or the keyboard. Motion is
+/// asked for only while the first button is down, so that a moving pointer wakes nobody otherwise; what has
+/// queued up of it is delivered once, at the newest position.
+///
+/// Modifiers are followed by the server's own notices of its modifier state, in their order among the other
+/// events. A key that is let go while another client holds the keyboard is therefore noticed, and one that is
+/// let go after the button does not reach back to it.
+class XEventTap final : public EventTap {
+public:
+    /// The server must have XInput 2.2 and XKB, and this client must have said so. All must outlive the tap.
+    XEventTap(XConnection& connection, XEventPump& pump, XPointer& pointer, const EventTapRequest& request);
+    XEventTap(const XEventTap&) = delete;
+    XEventTap& operator=(const XEventTap&) = delete;
+    XEventTap(XEventTap&&) = delete;
+    XEventTap& operator=(XEventTap&&) = delete;
+    ~XEventTap() override;
+
+    /// Events are delivered while the tap is on the run loop and enabled.
+    void setOnRunLoop(bool isOnRunLoop);
+    void enable();
+
+private:
+    void start();
+    void stop();
+
+    [[nodiscard]] bool isListening() const { return subscriptions_.front() != nullptr; }
+
+    void handleInput(const xcb_generic_event_t& event);
+    void handleKeyboard(const xcb_generic_event_t& event);
+    void handleMappingChange(const xcb_generic_event_t& event);
+    void handleTurnEnd();
+    void handleButton(bool isPress);
+    void handleModifiers(std::uint32_t modifiers);
+
+    /// One question to the server; true when it says that the first button is down.
+    [[nodiscard]] bool takeSnapshot();
+    void setButtonDown(bool isDown);
+    /// Both give false when the callback destroyed the tap.
+    [[nodiscard]] bool deliverPendingMotion();
+    [[nodiscard]] bool deliver(EventType type);
+
+    void selectInput(std::uint16_t device, std::uint32_t eventMask);
+    void selectModifiers(bool isWanted);
+
+    XConnection* connection_;
+    XPointer* pointer_;
+    XEventPump* pump_;
+    EventTapRequest request_;
+    XModifierMap modifierMap_;
+    XPointerButtonMap buttonMap_;
+    std::uint8_t inputOpcode_ = 0;
+    std::uint8_t keyboardEvent_ = 0;
+    std::array<std::unique_ptr<XEventPump::Subscription>, 4> subscriptions_;
+    /// Ends with the tap, which tells a handler that the callback destroyed it.
+    std::shared_ptr<const bool> life_ = std::make_shared<const bool>(true);
+    std::uint64_t flags_ = 0;
+    bool isOnRunLoop_ = false;
+    bool isEnabled_ = false;
+    bool isButtonDown_ = false;
+    /// The server's own state has shown the button down since the press. It lags behind the press while
+    /// another client keeps the pointer frozen.
+    bool isButtonConfirmed_ = false;
+    bool isMotionPending_ = false;
+};
+
+} // namespace tarvex

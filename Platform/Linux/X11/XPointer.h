@@ -1,0 +1,58 @@
+#pragma once
+
+#include "App/Toolkit/PointerPlatform.h"
+#include "Platform/Linux/X11/DesktopLayout.h"
+#include "Platform/Linux/X11/XConnection.h"
+
+#include <cstdint>
+
+namespace tarvex {
+
+/// The mouse, as the X server knows it. While an event is delivered every question is answered from one
+/// snapshot, so that an event costs one wait for the server however often it asks.
+class XPointer final : public PointerPlatform {
+public:
+    /// Where the pointer is, in pixels of the root window, and the buttons and modifiers held
+    /// (xcb_key_but_mask_t).
+    struct Snapshot {
+        int x = 0;
+        int y = 0;
+        std::uint16_t mask = 0;
+    };
+
+    /// Keeps the snapshot as the answer for as long as it lives.
+    class Hold {
+    public:
+        explicit Hold(XPointer& pointer) : pointer_(&pointer) { ++pointer_->holds_; }
+
+        Hold(const Hold&) = delete;
+        Hold& operator=(const Hold&) = delete;
+        Hold(Hold&&) = delete;
+        Hold& operator=(Hold&&) = delete;
+
+        ~Hold() { --pointer_->holds_; }
+
+    private:
+        XPointer* pointer_;
+    };
+
+    /// Both must outlive the pointer.
+    XPointer(XConnection& connection, DesktopLayoutProvider& layout);
+
+    [[nodiscard]] Point mouseLocation() override;
+
+    /// Takes a new snapshot; when the server does not answer, or the pointer is on another screen of the
+    /// server, the old one stays.
+    const Snapshot& refresh();
+
+    /// The last snapshot.
+    [[nodiscard]] const Snapshot& snapshot() const { return snapshot_; }
+
+private:
+    XConnection* connection_;
+    DesktopLayoutProvider* layout_;
+    Snapshot snapshot_;
+    int holds_ = 0;
+};
+
+} // namespace tarvex

@@ -1,0 +1,202 @@
+#include "Platform/Linux/X11/XWindowFinder.h"
+
+#include <algorithm>
+#include <array>
+#include <limits>
+#include <string_view>
+#include <utility>
+
+namespace tarvex {
+
+namespace {
+
+constexpr std::string_view windowStateName = "WM_STATE";
+constexpr std::string_view windowTypeName = "_NET_WM_WINDOW_TYPE";
+
+constexpr std::array<std::string_view, 4> movableTypeNames{
+    "_NET_WM_WINDOW_TYPE_NORMAL", "_NET_WM_WINDOW_TYPE_DIALOG", "_NET_WM_WINDOW_TYPE_UTILITY",
+    "_NET_WM_WINDOW_TYPE_TOOLBAR"};
+
+constexpr std::array<std::string_view, 10> fixedTypeNames{
+    "_NET_WM_WINDOW_TYPE_DESKTOP",       "_NET_WM_WINDOW_TYPE_DOCK",       "_NET_WM_WINDOW_TYPE_MENU",
+    "_NET_WM_WINDOW_TYPE_DROPDOWN_MENU", "_NET_WM_WINDOW_TYPE_POPUP_MENU", "_NET_WM_WINDOW_TYPE_TOOLTIP",
+    "_NET_WM_WINDOW_TYPE_NOTIFICATION",  "_NET_WM_WINDOW_TYPE_COMBO",      "_NET_WM_WINDOW_TYPE_DND",
+    "_NET_WM_WINDOW_TYPE_SPLASH"};
+
+// Window trees are shallow. The bounds keep a broken client from making a press of the button dear.
+constexpr int maxDepth = 64;
+constexpr int maxFrameDepth = 6;
+constexpr std::size_t maxWindowsPerLevel = 512;
+
+std::int16_t clampToCoordinate(int value) {
+    using Limits = std::numeric_limits<std::int16_t>;
+    return static_cast<std::int16_t>(std::clamp<int>(value, Limits::min(), Limits::max()));
+}
+
+template <std::size_t count>
+std::vector<xcb_atom_t> atomsOf(XConnection& connection, const std::array<std::string_view, count>& names) {
+    connection.internAtoms({names.begin(), names.end()});
+    std::vector<xcb_atom_t> atoms;
+    for (const std::string_view name : names) {
+        atoms.push_back(connection.atom(name));
+    }
+    return atoms;
+}
+
+bool isAmong(const std::vector<xcb_atom_t>& atoms, xcb_atom_t atom) {
+    return std::find(atoms.begin(), atoms.end(), atom) != atoms.end();
+}
+
+} // namespace
+
+XClientResources::XClientResources(xcb_connection_t* connection)
+    : base_(xcb_get_setup(connection)->resource_id_base),
+      mask_(xcb_get_setup(connection)->resource_id_mask) {}
+
+XWindowFinder::XWindowFinder(XConnection& connection, std::vector<XClientResources> ownClients)
+    : connection_(&connection), ownClients_(std::move(ownClients)) {
+    ownClients_.emplace_back(connection.get());
+    connection.internAtoms({windowStateName, windowTypeName});
+    windowState_ = connection.atom(windowStateName);
+    windowType_ = connection.atom(windowTypeName);
+    movableTypes_ = atomsOf(connection, movableTypeNames);
+    fixedTypes_ = atomsOf(connection, fixedTypeNames);
+}
+
+XWindowFinder::Result XWindowFinder::deepestWindowAt(int x, int y) {
+    const xcb_window_t root = connection_->root();
+    xcb_window_t deepest = root;
+    for (int depth = 0; depth < maxDepth; ++depth) {
+        // The server itself looks for the child, and respects the shapes of windows in that.
+        const auto reply =
+            connection_->take(xcb_translate_coordinates_reply,
+                              xcb_translate_coordinates(connection_->get(), root, deepest,
+                                                        clampToCoordinate(x), clampToCoordinate(y)));
+        if (!reply) {
+            // A window that closes under the pointer leaves what it stood in.
+            return deepest == root || connection_->isBroken() ? Result{reply.error} : Result{0, root};
+        }
+        if (reply->child == XCB_WINDOW_NONE) {
+            break;
+        }
+        if (isOwn(reply->child)) {
+            return {};
+        }
+        deepest = reply->child;
+    }
+    return {0, deepest};
+}
+
+XWindowFinder::Result XWindowFinder::managedWindowOf(xcb_window_t window) {
+    const xcb_window_t root = connection_->root();
+    for (int depth = 0; depth < maxDepth && window != root && window != XCB_WINDOW_NONE; ++depth) {
+        const auto treeCookie = xcb_query_tree(connection_->get(), window);
+        const auto stateCookie = requestPropertyWords(*connection_, window, windowState_);
+        const auto tree = connection_->take(xcb_query_tree_reply, treeCookie);
+        const XPropertyWords state = takePropertyWords(*connection_, stateCookie);
+        if (!tree || state.error != 0) {
+            return {tree ? state.error : tree.error};
+        }
+        if (isManaged(state)) {
+            return acceptIfMovable(window);
+        }
+        if (tree->parent == root) {
+            const xcb_window_t framed = managedWindowBelow(window);
+            return framed == XCB_WINDOW_NONE ? Result{} : acceptIfMovable(framed);
+        }
+        window = tree->parent;
+    }
+    return {};
+}
+
+XWindowFinder::Result XWindowFinder::parentOf(xcb_window_t window) {
+    const auto reply = connection_->take(xcb_query_tree_reply, xcb_query_tree(connection_->get(), window));
+    return reply ? Result{0, reply->parent} : Result{reply.error};
+}
+
+bool XWindowFinder::isOwn(xcb_window_t window) const {
+    return std::any_of(ownClients_.begin(), ownClients_.end(),
+                       [=](const XClientResources& client) { return client.contains(window); });
+}
+
+bool XWindowFinder::isManaged(const XPropertyWords& windowState) const {
+    constexpr std::uint32_t withdrawn = 0;
+    return !windowState.words.empty() && windowState.words.front() != withdrawn;
+}
+
+xcb_window_t XWindowFinder::managedWindowBelow(xcb_window_t frame) {
+    xcb_window_t hidden = XCB_WINDOW_NONE;
+    std::vector<xcb_window_t> level{frame};
+    for (int depth = 0; depth < maxFrameDepth && !level.empty(); ++depth) {
+        level = childrenOf(level);
+        std::vector<std::pair<xcb_get_window_attributes_cookie_t, xcb_get_property_cookie_t>> cookies;
+        cookies.reserve(level.size());
+        for (const xcb_window_t child : level) {
+            cookies.emplace_back(xcb_get_window_attributes(connection_->get(), child),
+                                 requestPropertyWords(*connection_, child, windowState_));
+        }
+        xcb_window_t shown = XCB_WINDOW_NONE;
+        for (std::size_t index = 0; index < level.size(); ++index) {
+            const auto attributes = connection_->take(xcb_get_window_attributes_reply, cookies[index].first);
+            const XPropertyWords state = takePropertyWords(*connection_, cookies[index].second);
+            if (!attributes || !isManaged(state)) {
+                continue;
+            }
+            // Children come from the bottom up: the last one found is the one that the user sees.
+            (attributes->map_state == XCB_MAP_STATE_VIEWABLE ? shown : hidden) = level[index];
+        }
+        if (shown != XCB_WINDOW_NONE) {
+            return shown;
+        }
+    }
+    return hidden;
+}
+
+std::vector<xcb_window_t> XWindowFinder::childrenOf(const std::vector<xcb_window_t>& windows) {
+    std::vector<xcb_query_tree_cookie_t> cookies;
+    cookies.reserve(windows.size());
+    for (const xcb_window_t window : windows) {
+        cookies.push_back(xcb_query_tree(connection_->get(), window));
+    }
+    std::vector<xcb_window_t> children;
+    for (const xcb_query_tree_cookie_t cookie : cookies) {
+        if (const auto tree = connection_->take(xcb_query_tree_reply, cookie)) {
+            const xcb_window_t* first = xcb_query_tree_children(tree.get());
+            children.insert(children.end(), first, first + xcb_query_tree_children_length(tree.get()));
+        }
+    }
+    children.resize(std::min(children.size(), maxWindowsPerLevel));
+    return children;
+}
+
+XWindowFinder::Result XWindowFinder::acceptIfMovable(xcb_window_t window) {
+    if (isOwn(window)) {
+        return {};
+    }
+    const auto attributesCookie = xcb_get_window_attributes(connection_->get(), window);
+    const auto typeCookie = requestPropertyWords(*connection_, window, windowType_);
+    const auto attributes = connection_->take(xcb_get_window_attributes_reply, attributesCookie);
+    const XPropertyWords types = takePropertyWords(*connection_, typeCookie);
+    if (!attributes) {
+        return {attributes.error};
+    }
+    if (attributes->override_redirect != 0 || !isMovableType(types.words)) {
+        return {};
+    }
+    return {0, window};
+}
+
+bool XWindowFinder::isMovableType(const std::vector<std::uint32_t>& types) const {
+    // Types are listed by preference; those that nobody has heard of are passed over.
+    for (const xcb_atom_t type : types) {
+        if (isAmong(fixedTypes_, type)) {
+            return false;
+        }
+        if (isAmong(movableTypes_, type)) {
+            return true;
+        }
+    }
+    return true;
+}
+
+} // namespace tarvex

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "Platform/Linux/X11/XConnection.h"
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+namespace tarvex {
+
+/// The numbers that the server gave one client for its windows.
+class XClientResources {
+public:
+    explicit XClientResources(xcb_connection_t* connection);
+
+    [[nodiscard]] bool contains(xcb_window_t window) const { return (window & ~mask_) == base_; }
+
+private:
+    std::uint32_t base_;
+    std::uint32_t mask_;
+};
+
+/// Finds windows in the server's window tree. Asks the server only, never the window's owner.
+class XWindowFinder {
+public:
+    struct Result {
+        /// 0, or the X error code of the request that failed.
+        std::int32_t error = 0;
+        /// XCB_WINDOW_NONE when there is no such window.
+        xcb_window_t window = XCB_WINDOW_NONE;
+    };
+
+    /// @param ownClients the connections whose windows are this program's own, besides `connection` itself
+    XWindowFinder(XConnection& connection, std::vector<XClientResources> ownClients);
+
+    /// The deepest window at a pixel of the root window; the root itself where there is no other. None over a
+    /// window of this program, unless its input shape lets the pointer through.
+    [[nodiscard]] Result deepestWindowAt(int x, int y);
+
+    /// The window that the window manager manages and that the given one is part of, be it the window itself,
+    /// an ancestor, or the one inside the window manager's frame. None for desktops, panels, menus and the
+    /// like, for windows that no window manager manages, and for this program's own.
+    [[nodiscard]] Result managedWindowOf(xcb_window_t window);
+
+    /// The parent; none for the root.
+    [[nodiscard]] Result parentOf(xcb_window_t window);
+
+private:
+    [[nodiscard]] bool isOwn(xcb_window_t window) const;
+    [[nodiscard]] bool isManaged(const XPropertyWords& windowState) const;
+    [[nodiscard]] xcb_window_t managedWindowBelow(xcb_window_t frame);
+    [[nodiscard]] std::vector<xcb_window_t> childrenOf(const std::vector<xcb_window_t>& windows);
+    [[nodiscard]] Result acceptIfMovable(xcb_window_t window);
+    [[nodiscard]] bool isMovableType(const std::vector<std::uint32_t>& types) const;
+
+    XConnection* connection_;
+    std::vector<XClientResources> ownClients_;
+    xcb_atom_t windowState_;
+    xcb_atom_t windowType_;
+    std::vector<xcb_atom_t> movableTypes_;
+    std::vector<xcb_atom_t> fixedTypes_;
+};
+
+} // namespace tarvex

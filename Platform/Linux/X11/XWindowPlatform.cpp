@@ -1,0 +1,104 @@
+#include "Platform/Linux/X11/XWindowPlatform.h"
+
+#include "Platform/Linux/X11/OverlayWindow.h"
+
+#include <xcb/shape.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace tarvex {
+
+XWindowPlatform::XWindowPlatform(XConnection& connection, XEventPump& pump, DesktopLayoutProvider& layout,
+                                 AccentColor accentColor, LogPlatform* log)
+    : connection_(&connection),
+      layout_(&layout),
+      accentColor_(std::move(accentColor)),
+      compositor_(connection, pump, [this] { handleCompositorChange(); }) {
+    if (connection.extension(xcb_shape_id) != nullptr) {
+        visual_ = OverlayVisual::choose(connection);
+    }
+    if (!visual_) {
+        if (log != nullptr) {
+            log->systemLog(
+                "The X server has no SHAPE extension or no true-colour visual; zones stay invisible");
+        }
+        return;
+    }
+    spare_.push_back(std::make_unique<OverlaySurface>(connection, *visual_));
+    subscriptions_.push_back(
+        pump.subscribe(XCB_EXPOSE, [this](const xcb_generic_event_t& event) { handleExpose(event); }));
+    subscriptions_.push_back(pump.subscribeTurnEnd([this] { endTurn(); }));
+}
+
+XWindowPlatform::~XWindowPlatform() = default;
+
+std::unique_ptr<Window> XWindowPlatform::makeWindow(const WindowAttributes& attributes) {
+    auto window = std::make_unique<OverlayWindow>(*this, attributes, takeSurface());
+    windows_.push_back(window.get());
+    return window;
+}
+
+OverlayStyle XWindowPlatform::style() const {
+    return compositor_.isRunning() && visual_->hasAlpha() ? OverlayStyle::blended : OverlayStyle::shaped;
+}
+
+std::unique_ptr<OverlaySurface> XWindowPlatform::takeSurface() {
+    if (!visual_) {
+        return nullptr;
+    }
+    if (spare_.empty()) {
+        return std::make_unique<OverlaySurface>(*connection_, *visual_);
+    }
+    auto surface = std::move(spare_.back());
+    spare_.pop_back();
+    return surface;
+}
+
+void XWindowPlatform::giveBack(std::unique_ptr<OverlaySurface> surface) {
+    if (surface) {
+        // It is hidden at the end of the turn unless a new window has taken it over by then.
+        spare_.push_back(std::move(surface));
+        scheduleUpdate();
+    }
+}
+
+void XWindowPlatform::forget(const OverlayWindow& window) {
+    std::erase(windows_, &window);
+}
+
+void XWindowPlatform::handleCompositorChange() {
+    for (OverlayWindow* window : windows_) {
+        window->invalidate();
+    }
+    // When one has stopped, a blended window is a black screen. One that starts takes the windows over a
+    // moment later, and only then may they be blended; handleExpose() sees that moment.
+    if (!compositor_.isRunning()) {
+        scheduleUpdate();
+    }
+}
+
+void XWindowPlatform::handleExpose(const xcb_generic_event_t& event) {
+    const auto& expose = reinterpret_cast<const xcb_expose_event_t&>(event);
+    for (OverlayWindow* window : windows_) {
+        if (window->surface() != nullptr && window->surface()->window() == expose.window) {
+            window->surface()->noteExposure(expose, event.full_sequence);
+            scheduleUpdate();
+        }
+    }
+}
+
+void XWindowPlatform::endTurn() {
+    if (!std::exchange(needsUpdate_, false)) {
+        return;
+    }
+    for (OverlayWindow* window : windows_) {
+        window->update();
+    }
+    for (const auto& surface : spare_) {
+        surface->hide();
+    }
+    spare_.resize(std::min<std::size_t>(spare_.size(), 1));
+}
+
+} // namespace tarvex

@@ -1,0 +1,135 @@
+#include "Tests/Contract/X11/DisplayAdapters.h"
+
+#include <poll.h>
+#include <sstream>
+#include <stdexcept>
+
+namespace tarvex {
+
+namespace {
+
+std::unique_ptr<XConnection> openOrThrow(const std::string& displayName) {
+    auto connection = XConnection::open(displayName);
+    if (!connection) {
+        throw std::runtime_error("cannot connect to " + displayName);
+    }
+    return connection;
+}
+
+} // namespace
+
+XDisplayAdapters::XDisplayAdapters(const std::string& displayName)
+    : connection(openOrThrow(displayName)),
+      pump(*connection),
+      monitors(*connection, pump),
+      struts(*connection, pump),
+      displays(*connection, monitors),
+      screens(*connection, monitors, struts) {}
+
+bool XDisplayAdapters::waitUntil(const std::function<bool()>& condition) {
+    const test::Deadline deadline;
+    for (;;) {
+        pump.processPending();
+        if (condition()) {
+            return true;
+        }
+        if (deadline.hasPassed()) {
+            return false;
+        }
+        pollfd waited{pump.fileDescriptor(), POLLIN, 0};
+        poll(&waited, 1, deadline.pollTimeout(10));
+    }
+}
+
+void XDisplayAdapters::catchUp() {
+    static_cast<void>(connection->take(xcb_get_input_focus_reply, xcb_get_input_focus(connection->get())));
+    pump.processPending();
+}
+
+unsigned XDisplayAdapters::requestsDuring(const std::function<void()>& work) {
+    const unsigned before = xcb_no_operation(connection->get()).sequence;
+    work();
+    return xcb_no_operation(connection->get()).sequence - before - 1;
+}
+
+std::vector<Rect> XDisplayAdapters::frames() {
+    std::vector<Rect> result;
+    for (const Screen& screen : screens.screens()) {
+        result.push_back(screen.frame);
+    }
+    return result;
+}
+
+std::vector<Rect> XDisplayAdapters::visibleFrames() {
+    std::vector<Rect> result;
+    for (const Screen& screen : screens.screens()) {
+        result.push_back(screen.visibleFrame);
+    }
+    return result;
+}
+
+std::vector<std::string> XDisplayAdapters::names() {
+    std::vector<std::string> result;
+    for (const Screen& screen : screens.screens()) {
+        result.push_back(screen.localizedName);
+    }
+    return result;
+}
+
+test::TestWindowOptions dockOptions(const test::PixelRect& root, const test::PixelRect& monitor,
+                                    PanelEdge edge, int depth) {
+    const int right = monitor.x + monitor.width;
+    const int bottom = monitor.y + monitor.height;
+    const auto word = [](int value) { return static_cast<std::uint32_t>(value); };
+    test::TestWindowOptions options;
+    options.title = "Panel";
+    options.type = "_NET_WM_WINDOW_TYPE_DOCK";
+    options.geometry = monitor;
+    test::Strut strut;
+    switch (edge) {
+    case PanelEdge::left:
+        options.geometry.width = depth;
+        strut.left = word(monitor.x + depth);
+        strut.leftStart = word(monitor.y);
+        strut.leftEnd = word(bottom - 1);
+        break;
+    case PanelEdge::right:
+        options.geometry.x = right - depth;
+        options.geometry.width = depth;
+        strut.right = word(root.width - right + depth);
+        strut.rightStart = word(monitor.y);
+        strut.rightEnd = word(bottom - 1);
+        break;
+    case PanelEdge::top:
+        options.geometry.height = depth;
+        strut.top = word(monitor.y + depth);
+        strut.topStart = word(monitor.x);
+        strut.topEnd = word(right - 1);
+        break;
+    case PanelEdge::bottom:
+        options.geometry.y = bottom - depth;
+        options.geometry.height = depth;
+        strut.bottom = word(root.height - bottom + depth);
+        strut.bottomStart = word(monitor.x);
+        strut.bottomEnd = word(right - 1);
+        break;
+    }
+    options.strut = strut;
+    return options;
+}
+
+std::string describe(const std::vector<Rect>& rects) {
+    std::ostringstream text;
+    for (const Rect& rect : rects) {
+        text << " (" << rect.x << ", " << rect.y << ", " << rect.width << ", " << rect.height << ")";
+    }
+    return text.str();
+}
+
+std::vector<std::uint32_t> strutWords(const test::Strut& strut) {
+    return {strut.left,      strut.right,   strut.top,         strut.bottom,
+            strut.leftStart, strut.leftEnd, strut.rightStart,  strut.rightEnd,
+            strut.topStart,  strut.topEnd,  strut.bottomStart, strut.bottomEnd};
+}
+
+} // namespace tarvex

@@ -1,0 +1,103 @@
+#include "Tests/Contract/X11/InputAdapters.h"
+
+#include "Tests/Support/X11/Deadline.h"
+
+#include <poll.h>
+#include <stdexcept>
+
+namespace tarvex::contract {
+
+namespace {
+
+constexpr int rootHeight = 1024;
+
+std::unique_ptr<XConnection> openOrThrow(const std::string& displayName) {
+    auto connection = XConnection::open(displayName);
+    if (!connection) {
+        throw std::runtime_error("cannot connect to " + displayName);
+    }
+    return connection;
+}
+
+AccessibilityElementRef elementIn(const AccessibilityValueResult& result) {
+    const auto* element = result.value ? std::get_if<AccessibilityElementRef>(&*result.value) : nullptr;
+    return element == nullptr ? nullptr : *element;
+}
+
+} // namespace
+
+XInputAdapters::XInputAdapters(const std::string& displayName)
+    : connection(openOrThrow(displayName)),
+      pump(*connection),
+      pointer(*connection, layout),
+      taps(*connection, pump, pointer, SessionKind{}),
+      accessibility(*connection, pump, layout, {}) {
+    layout.value = {0, rootHeight, 0};
+}
+
+bool XInputAdapters::waitUntil(const std::function<bool()>& condition) {
+    const test::Deadline deadline;
+    for (;;) {
+        pump.processPending();
+        if (condition()) {
+            return true;
+        }
+        if (deadline.hasPassed()) {
+            return false;
+        }
+        pollfd waited{pump.fileDescriptor(), POLLIN, 0};
+        poll(&waited, 1, deadline.pollTimeout(10));
+    }
+}
+
+void XInputAdapters::catchUp() {
+    static_cast<void>(connection->take(xcb_get_input_focus_reply, xcb_get_input_focus(connection->get())));
+    pump.processPending();
+}
+
+unsigned XInputAdapters::requestsDuring(const std::function<void()>& work) {
+    const unsigned before = xcb_no_operation(connection->get()).sequence;
+    work();
+    return xcb_no_operation(connection->get()).sequence - before - 1;
+}
+
+AccessibilityElementRef XInputAdapters::windowAt(test::PixelPoint point) {
+    const DesktopLayout& desktop = layout.value;
+    AccessibilityElementRef element =
+        accessibility
+            .copyElementAtPosition(static_cast<float>(point.x - desktop.primaryLeft) + 0.5F,
+                                   static_cast<float>(point.y - desktop.top) + 0.5F)
+            .element;
+    for (int step = 0; step < 10 && element; ++step) {
+        if (auto window = elementIn(accessibility.copyAttributeValue(element, "AXWindow"))) {
+            return window;
+        }
+        element = elementIn(accessibility.copyAttributeValue(element, "AXParent"));
+    }
+    return nullptr;
+}
+
+test::PixelRect XInputAdapters::frameOf(const AccessibilityElementRef& window) {
+    const auto position = accessibility.copyAttributeValue(window, "AXPosition");
+    const auto size = accessibility.copyAttributeValue(window, "AXSize");
+    if (!position.value || !size.value) {
+        throw std::runtime_error("the window has no frame");
+    }
+    const auto& origin = std::get<Point>(*position.value);
+    const auto& extent = std::get<Size>(*size.value);
+    return {static_cast<int>(origin.x) + layout.value.primaryLeft,
+            static_cast<int>(origin.y) + layout.value.top, static_cast<int>(extent.width),
+            static_cast<int>(extent.height)};
+}
+
+std::int32_t XInputAdapters::place(const AccessibilityElementRef& window, const test::PixelRect& frame) {
+    const Point origin = layout.value.accessibilityPointOfPixel(frame.x, frame.y);
+    if (const std::int32_t error = accessibility.setAttributeValue(window, "AXPosition", origin);
+        error != 0) {
+        return error;
+    }
+    return accessibility.setAttributeValue(
+        window, "AXSize", Size{static_cast<double>(frame.width), static_cast<double>(frame.height)});
+}
+
+} // namespace tarvex::contract

@@ -1,0 +1,129 @@
+#include "Tests/Contract/X11/OverlayAdapters.h"
+
+#include "Tests/Support/X11/Deadline.h"
+
+#include <poll.h>
+#include <stdexcept>
+
+namespace tarvex::contract {
+
+namespace {
+
+constexpr test::PixelRect markerArea{OverlayDesktop::width - 4, 0, 4, 4};
+
+std::unique_ptr<XConnection> openOrThrow(const std::string& displayName) {
+    auto connection = XConnection::open(displayName);
+    if (!connection) {
+        throw std::runtime_error("cannot connect to " + displayName);
+    }
+    return connection;
+}
+
+test::TestWindowOptions plainWindow(const test::PixelRect& area, std::uint32_t color) {
+    test::TestWindowOptions options;
+    options.geometry = area;
+    options.isOverrideRedirect = true;
+    options.backgroundPixel = color;
+    return options;
+}
+
+} // namespace
+
+XOverlayAdapters::XOverlayAdapters(const std::string& displayName)
+    : connection(openOrThrow(displayName)),
+      pump(*connection),
+      monitors(*connection, pump),
+      windows(*connection, pump, monitors) {
+    catchUp();
+}
+
+bool XOverlayAdapters::waitUntil(const std::function<bool()>& condition) {
+    const test::Deadline deadline;
+    for (;;) {
+        pump.processPending();
+        if (condition()) {
+            return true;
+        }
+        if (deadline.hasPassed()) {
+            return false;
+        }
+        pollfd waited{pump.fileDescriptor(), POLLIN, 0};
+        poll(&waited, 1, deadline.pollTimeout(10));
+    }
+}
+
+void XOverlayAdapters::catchUp() {
+    pump.processPending();
+    static_cast<void>(connection->take(xcb_get_input_focus_reply, xcb_get_input_focus(connection->get())));
+    pump.processPending();
+}
+
+unsigned XOverlayAdapters::requestsDuring(const std::function<void()>& work) {
+    const unsigned before = xcb_no_operation(connection->get()).sequence;
+    work();
+    return xcb_no_operation(connection->get()).sequence - before - 1;
+}
+
+bool XOverlayAdapters::owns(xcb_window_t window) const {
+    const xcb_setup_t& setup = *xcb_get_setup(connection->get());
+    return (window & ~setup.resource_id_mask) == setup.resource_id_base;
+}
+
+OverlayDesktop::OverlayDesktop(bool isComposited)
+    : server(width, height),
+      windowManager(server, test::WindowManagerKind::openbox),
+      background(server.displayName(), plainWindow({0, 0, width, height}, backgroundColor)),
+      client(server.displayName()),
+      adapters((isComposited ? static_cast<void>(compositor.emplace(server)) : static_cast<void>(0),
+                server.displayName())),
+      marker_(server.displayName(), plainWindow(markerArea, 0)) {
+    settle();
+}
+
+void OverlayDesktop::startCompositor() {
+    compositor.emplace(server);
+}
+
+void OverlayDesktop::stopCompositor() {
+    compositor.reset();
+}
+
+void OverlayDesktop::settle() {
+    adapters.catchUp();
+    windowManager.barrier();
+    adapters.catchUp();
+    markerColor_ = markerColor_ == 0xFF0000 ? 0x00FF00 : 0xFF0000;
+    xcb_connection_t* connection = marker_.client().connection();
+    xcb_change_window_attributes(connection, marker_.id(), XCB_CW_BACK_PIXEL, &markerColor_);
+    xcb_clear_area(connection, 0, marker_.id(), 0, 0, 0, 0);
+    marker_.client().sync();
+    const bool isShown = adapters.waitUntil([this] { return pixel({width - 1, 0}) == markerColor_; });
+    if (!isShown) {
+        throw std::runtime_error("timed out waiting until the screen is up to date");
+    }
+}
+
+std::uint32_t OverlayDesktop::pixel(test::PixelPoint point) {
+    const test::Owned<xcb_get_image_reply_t> image(xcb_get_image_reply(
+        client.connection(),
+        xcb_get_image(client.connection(), XCB_IMAGE_FORMAT_Z_PIXMAP, client.root(),
+                      static_cast<std::int16_t>(point.x), static_cast<std::int16_t>(point.y), 1, 1, ~0U),
+        nullptr));
+    if (!image) {
+        throw std::runtime_error("cannot read the screen");
+    }
+    const std::uint8_t* bytes = xcb_get_image_data(image.get());
+    return static_cast<std::uint32_t>(bytes[0] | bytes[1] << 8 | bytes[2] << 16);
+}
+
+std::vector<xcb_window_t> OverlayDesktop::nativeWindows() {
+    std::vector<xcb_window_t> result;
+    for (const xcb_window_t window : client.children(client.root())) {
+        if (adapters.owns(window)) {
+            result.push_back(window);
+        }
+    }
+    return result;
+}
+
+} // namespace tarvex::contract

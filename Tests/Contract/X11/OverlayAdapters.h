@@ -1,0 +1,81 @@
+#pragma once
+
+#include "Platform/Linux/X11/MonitorTracker.h"
+#include "Platform/Linux/X11/XWindowPlatform.h"
+#include "Tests/Support/X11/Compositor.h"
+#include "Tests/Support/X11/Screenshot.h"
+#include "Tests/Support/X11/TestWindow.h"
+#include "Tests/Support/X11/WindowManager.h"
+#include "Tests/Support/X11/XServer.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace tarvex::contract {
+
+/// The overlay adapter on an X server.
+class XOverlayAdapters {
+public:
+    explicit XOverlayAdapters(const std::string& displayName);
+
+    /// Handles events until the condition holds; false when the patience ended first.
+    bool waitUntil(const std::function<bool()>& condition);
+
+    /// Ends the turn, and returns when the server has done all that was asked and the events of that have
+    /// been handled.
+    void catchUp();
+
+    /// How many requests the connection sends while the work is done.
+    [[nodiscard]] unsigned requestsDuring(const std::function<void()>& work);
+
+    /// Whether a window belongs to the adapter's connection.
+    [[nodiscard]] bool owns(xcb_window_t window) const;
+
+    std::unique_ptr<XConnection> connection;
+    XEventPump pump;
+    MonitorTracker monitors;
+    XWindowPlatform windows;
+};
+
+/// A private X server with a window manager, over whose whole screen lies another program's window of one
+/// dark colour, and the overlay adapter.
+class OverlayDesktop {
+public:
+    static constexpr int width = 1280;
+    static constexpr int height = 1024;
+    static constexpr std::uint32_t backgroundColor = 0x203040;
+
+    explicit OverlayDesktop(bool isComposited);
+
+    void startCompositor();
+    void stopCompositor();
+
+    /// Returns when all that was done before is on the screen.
+    void settle();
+
+    [[nodiscard]] test::Screenshot screenshot() { return test::Screenshot(client); }
+
+    /// The colour on the screen at a pixel of the root.
+    [[nodiscard]] std::uint32_t pixel(test::PixelPoint point);
+
+    /// The overlay's native windows: the adapter's children of the root, lowest first.
+    [[nodiscard]] std::vector<xcb_window_t> nativeWindows();
+
+    test::XServer server;
+    test::WindowManager windowManager;
+    test::TestWindow background;
+    test::XClient client;
+    std::optional<test::Compositor> compositor;
+    XOverlayAdapters adapters;
+
+private:
+    /// A spot in the top right corner that changes its colour on demand: whoever composes the screen has
+    /// composed all earlier changes when that one can be seen.
+    test::TestWindow marker_;
+    std::uint32_t markerColor_ = 0;
+};
+
+} // namespace tarvex::contract

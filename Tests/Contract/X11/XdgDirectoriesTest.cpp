@@ -1,0 +1,58 @@
+#include "Platform/Linux/XdgDirectories.h"
+
+#include "App/Logging/FileLogger.h"
+#include "Tests/Contract/X11/ScopedVariable.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <pwd.h>
+#include <string>
+#include <unistd.h>
+
+namespace tarvex {
+namespace {
+
+class XdgDirectoriesTest : public ::testing::Test {
+protected:
+    ScopedVariable home_{"HOME", "/home/somebody"};
+    ScopedVariable config_{"XDG_CONFIG_HOME", std::nullopt};
+    ScopedVariable state_{"XDG_STATE_HOME", std::nullopt};
+};
+
+TEST_F(XdgDirectoriesTest, UsualFoldersAreBelowHome) {
+    EXPECT_EQ(XdgDirectories::configHome(), "/home/somebody/.config");
+    EXPECT_EQ(XdgDirectories::stateHome(), "/home/somebody/.local/state");
+    EXPECT_EQ(logFilePath(), "/home/somebody/.local/state/Tarvex/Logs/Tarvex.log");
+}
+
+TEST_F(XdgDirectoriesTest, EnvironmentMayChooseOthers) {
+    const ScopedVariable config("XDG_CONFIG_HOME", "/elsewhere/settings");
+    const ScopedVariable state("XDG_STATE_HOME", "/elsewhere/records");
+    EXPECT_EQ(XdgDirectories::configHome(), "/elsewhere/settings");
+    EXPECT_EQ(XdgDirectories::stateHome(), "/elsewhere/records");
+    EXPECT_EQ(logFilePath(), "/elsewhere/records/Tarvex/Logs/Tarvex.log");
+}
+
+TEST_F(XdgDirectoriesTest, RelativeChoicesAreIgnored) {
+    for (const char* choice : {"", "settings", "./settings", "~/settings"}) {
+        const ScopedVariable config("XDG_CONFIG_HOME", choice);
+        const ScopedVariable state("XDG_STATE_HOME", choice);
+        EXPECT_EQ(XdgDirectories::configHome(), "/home/somebody/.config") << choice;
+        EXPECT_EQ(XdgDirectories::stateHome(), "/home/somebody/.local/state") << choice;
+    }
+}
+
+TEST_F(XdgDirectoriesTest, WithoutHomeTheAccountsOneServes) {
+    const passwd* account = getpwuid(getuid());
+    ASSERT_NE(account, nullptr);
+    const std::string expected = std::string(account->pw_dir) + "/.config";
+    for (const std::optional<std::string>& home :
+         {std::optional<std::string>(), std::optional<std::string>("")}) {
+        const ScopedVariable without("HOME", home);
+        EXPECT_EQ(XdgDirectories::configHome(), expected);
+    }
+}
+
+} // namespace
+} // namespace tarvex

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "Tests/Support/X11/XClient.h"
+
+#include <cstdint>
+#include <set>
+
+namespace tarvex::test {
+
+namespace key {
+inline constexpr std::uint32_t shift = 0xFFE1;
+inline constexpr std::uint32_t control = 0xFFE3;
+inline constexpr std::uint32_t alt = 0xFFE9;
+inline constexpr std::uint32_t super = 0xFFEB;
+inline constexpr std::uint32_t numLock = 0xFF7F;
+inline constexpr std::uint32_t capsLock = 0xFFE5;
+} // namespace key
+
+/// Presses keys, named by keysym, as the hardware would. Each call returns when the server has processed it.
+/// Keys that are still down are released with the object.
+class Keyboard {
+public:
+    explicit Keyboard(const std::string& displayName) : client_{displayName} {}
+
+    Keyboard(const Keyboard&) = delete;
+    Keyboard& operator=(const Keyboard&) = delete;
+    Keyboard(Keyboard&&) = delete;
+    Keyboard& operator=(Keyboard&&) = delete;
+    ~Keyboard();
+
+    void press(std::uint32_t keysym);
+    void release(std::uint32_t keysym);
+
+    void tap(std::uint32_t keysym) {
+        press(keysym);
+        release(keysym);
+    }
+
+private:
+    [[nodiscard]] std::uint8_t keycodeOf(std::uint32_t keysym);
+    void fake(std::uint8_t type, std::uint8_t keycode);
+
+    XClient client_;
+    std::set<std::uint32_t> down_;
+};
+
+} // namespace tarvex::test

@@ -1,0 +1,114 @@
+#include "Tests/Support/X11/WindowManager.h"
+
+#include <stdexcept>
+
+namespace tarvex::test {
+namespace {
+
+// A press on the title bar or on the frame of a window moves it; the keyboard is left alone.
+constexpr const char* openboxConfiguration = R"(<?xml version="1.0" encoding="UTF-8"?>
+<openbox_config xmlns="http://openbox.org/3.4/rc">
+  <theme><name>Clearlooks</name></theme>
+  <desktops><number>1</number><popupTime>0</popupTime></desktops>
+  <resize><drawContents>yes</drawContents><popupShow>Never</popupShow></resize>
+  <mouse>
+    <dragThreshold>1</dragThreshold>
+    <context name="Titlebar">
+      <mousebind button="Left" action="Press"><action name="Focus"/><action name="Raise"/></mousebind>
+      <mousebind button="Left" action="Drag"><action name="Move"/></mousebind>
+    </context>
+    <context name="Titlebar Top Right Bottom Left TLCorner TRCorner BRCorner BLCorner">
+      <mousebind button="Left" action="Press"><action name="Focus"/><action name="Raise"/></mousebind>
+    </context>
+    <context name="Client">
+      <mousebind button="Left" action="Press"><action name="Focus"/><action name="Raise"/></mousebind>
+    </context>
+  </mouse>
+</openbox_config>
+)";
+
+// Kept in the window manager's own settings file so that its start needs no settings daemon on the user's
+// bus.
+constexpr const char* xfwm4Configuration = R"(<?xml version="1.0" encoding="UTF-8"?>
+<channel name="xfwm4" version="1.0">
+  <property name="general" type="empty">
+    <property name="workspace_count" type="int" value="1"/>
+    <property name="wrap_windows" type="bool" value="false"/>
+    <property name="use_compositing" type="bool" value="false"/>
+  </property>
+</channel>
+)";
+
+} // namespace
+
+std::string nameOf(WindowManagerKind kind) {
+    return kind == WindowManagerKind::openbox ? "openbox" : "xfwm4";
+}
+
+WindowManager::WindowManager(const XServer& server, WindowManagerKind kind)
+    : server_{&server}, kind_{kind}, client_{server.displayName()} {
+    start();
+}
+
+void WindowManager::kill() {
+    process_.reset();
+    client_.waitUntil([this] { return !isReady(); }, "the window manager is gone");
+}
+
+void WindowManager::start() {
+    process_ = std::make_unique<ChildProcess>(makeCommand());
+    const auto readyOrDead = [this] { return isReady() || !process_->isRunning(); };
+    client_.waitUntil(readyOrDead, "the window manager takes part");
+    if (!isReady()) {
+        throw std::runtime_error("the window manager did not start: " + process_->standardError());
+    }
+    // A message that comes between its announcement and its event loop is lost, so the first one is repeated.
+    client_.waitUntil([this] { return answers(Deadline(std::chrono::milliseconds(100))); },
+                      "the window manager answers after its start");
+}
+
+// The window named by the root names itself only while its owner lives.
+bool WindowManager::isReady() {
+    const auto owner = client_.words(client_.root(), "_NET_SUPPORTING_WM_CHECK");
+    if (owner.empty()) {
+        return false;
+    }
+    const auto self = client_.words(owner.front(), "_NET_SUPPORTING_WM_CHECK");
+    return !self.empty() && self.front() == owner.front() &&
+           client_.hasProperty(client_.root(), "_NET_SUPPORTED");
+}
+
+void WindowManager::barrier() {
+    if (!answers(Deadline{})) {
+        throw std::runtime_error("timed out waiting until the window manager answers");
+    }
+}
+
+bool WindowManager::answers(Deadline deadline) {
+    const xcb_window_t window = xcb_generate_id(client_.connection());
+    xcb_create_window(client_.connection(), XCB_COPY_FROM_PARENT, window, client_.root(), 0, 0, 1, 1, 0,
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, client_.screen().root_visual, 0, nullptr);
+    client_.selectEvents(window, XCB_EVENT_MASK_PROPERTY_CHANGE);
+    client_.sendToWindowManager(window, "_NET_REQUEST_FRAME_EXTENTS", {});
+    const bool isAnswered =
+        client_.waitFor([&] { return client_.hasProperty(window, "_NET_FRAME_EXTENTS"); }, deadline);
+    xcb_destroy_window(client_.connection(), window);
+    client_.sync();
+    return isAnswered;
+}
+
+Command WindowManager::makeCommand() const {
+    Command command;
+    command.environment = server_->clientEnvironment(nameOf(kind_));
+    const std::string folder = nameOf(kind_) + "/config";
+    if (kind_ == WindowManagerKind::openbox) {
+        const auto file = server_->scratch().write(folder + "/rc.xml", openboxConfiguration);
+        command.arguments = {"openbox", "--sm-disable", "--config-file", file.string()};
+    } else {
+        server_->scratch().write(folder + "/xfce4/xfconf/xfce-perchannel-xml/xfwm4.xml", xfwm4Configuration);
+        command.arguments = {"dbus-run-session", "--", "xfwm4", "--compositor=off"};
+    }
+    return command;
+}
+
+} // namespace tarvex::test

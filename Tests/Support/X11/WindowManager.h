@@ -1,0 +1,45 @@
+#pragma once
+
+#include "Tests/Support/X11/ChildProcess.h"
+#include "Tests/Support/X11/XClient.h"
+#include "Tests/Support/X11/XServer.h"
+
+#include <memory>
+#include <string>
+
+namespace tarvex::test {
+
+enum class WindowManagerKind { openbox, xfwm4 };
+
+/// Such as "openbox"; fit for the name of a test.
+[[nodiscard]] std::string nameOf(WindowManagerKind kind);
+
+/// A window manager on a private X server, with settings of its own. It takes part when the constructor
+/// returns; destroying it ends it. Throws std::runtime_error when it does not start.
+class WindowManager {
+public:
+    WindowManager(const XServer& server, WindowManagerKind kind);
+
+    [[nodiscard]] WindowManagerKind kind() const { return kind_; }
+
+    /// Ends it as a crash does; its windows go back to the root window.
+    void kill();
+
+    /// Starts it again after kill() and waits until it takes part.
+    void start();
+
+    /// Returns when it has handled every message and event that the X server sent it before this call.
+    void barrier();
+
+private:
+    [[nodiscard]] bool isReady();
+    [[nodiscard]] bool answers(Deadline deadline);
+    [[nodiscard]] Command makeCommand() const;
+
+    const XServer* server_;
+    WindowManagerKind kind_;
+    XClient client_;
+    std::unique_ptr<ChildProcess> process_;
+};
+
+} // namespace tarvex::test

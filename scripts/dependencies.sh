@@ -1,0 +1,69 @@
+# Installs what building, running or testing needs. Sourced by run and test.
+# shellcheck shell=bash
+
+build_packages=(
+    build-essential cmake ninja-build pkg-config nlohmann-json3-dev qt6-base-dev libgl-dev
+    libxcb1-dev libxcb-xinput-dev libxcb-randr0-dev libxcb-shape0-dev libxcb-render0-dev libxcb-xfixes0-dev
+    libxcb-xkb-dev
+)
+demonstration_packages=(
+    libgtest-dev libgmock-dev libxcb-xtest0-dev libxcb-image0-dev libgtk-3-dev
+    xvfb x11-xkb-utils openbox picom xterm xfonts-base fonts-dejavu-core imagemagick dbus-x11
+    gtk-3-examples adwaita-icon-theme librsvg2-common
+)
+test_packages=(
+    "${demonstration_packages[@]}"
+    git clang-16 libclang-rt-16-dev clang-format-16 xfwm4
+)
+
+as_root() {
+    if [ "$(id -u)" -eq 0 ]; then
+        "$@"
+    else
+        sudo "$@"
+    fi
+}
+
+is_installed() {
+    # The provider of a virtual package counts as well.
+    [ "$(dpkg-query -W -f '${db:Status-Status}' "$1" 2>/dev/null)" = installed ]
+}
+
+install_debian_packages() {
+    local missing=() package
+    for package in "$@"; do
+        is_installed "$package" || missing+=("$package")
+    done
+    if [ "${#missing[@]}" -eq 0 ]; then
+        return 0
+    fi
+    echo "Installing: ${missing[*]}"
+    as_root apt-get update -qq
+    as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}"
+}
+
+# install_dependencies build|demonstration|test
+install_dependencies() {
+    case "$(uname -s)" in
+    Linux)
+        if ! command -v apt-get >/dev/null; then
+            echo "No apt-get here: install the counterparts of these packages yourself if the build stops." >&2
+            echo "  ${build_packages[*]}" >&2
+            return 0
+        fi
+        local packages=("${build_packages[@]}")
+        case "$1" in
+        demonstration) packages+=("${demonstration_packages[@]}") ;;
+        test) packages+=("${test_packages[@]}") ;;
+        esac
+        install_debian_packages "${packages[@]}"
+        ;;
+    Darwin)
+        if ! command -v brew >/dev/null; then
+            echo "Homebrew is needed to install cmake, ninja, nlohmann-json, googletest and clang-format." >&2
+            return 1
+        fi
+        brew install --quiet cmake ninja nlohmann-json googletest llvm@16
+        ;;
+    esac
+}
