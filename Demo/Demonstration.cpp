@@ -31,7 +31,7 @@ constexpr int screenHeight = 1000;
 
 // A wide column in the middle, narrow ones beside it that are divided once more.
 constexpr std::string_view settings = R"({
-  "grids": [{"id": "default", "name": "Default", "verticalSplits": [0.3, 0.7], "horizontalSplits": [0.5]}],
+  "grids": [{"id": "default", "name": "Default", "verticalSplits": [0.3, 0.7], "horizontalSplits": [0.68]}],
   "defaultGridByDisplayId": {},
   "cellMarginPoints": 12
 })";
@@ -57,7 +57,7 @@ public:
     void run() {
         RealApplication terminal(server_,
                                  {"xterm", "-fa", "DejaVu Sans Mono", "-fs", "11", "-bg", "#1d2433", "-fg",
-                                  "#dfe6f2", "-geometry", "76x20+420+600", "-title", "Terminal", "-e", "sh",
+                                  "#dfe6f2", "-geometry", "76x14+420+730", "-title", "Terminal", "-e", "sh",
                                   "-c", "printf 'Drag me by my title bar.\n'; ls /usr/share; cat"});
         RealApplication icons(server_, {"gtk3-icon-browser"});
         awaitStillPicture();
@@ -73,8 +73,8 @@ public:
 
         beginDrag(terminal);
         hold({key::super, key::shift}, "modifiers=768");
-        pointer_.glideTo({700, 760});
-        pointer_.glideTo({240, 760});
+        pointer_.glideTo({700, 860});
+        pointer_.glideTo({240, 860});
         awaitZones();
         take("4-two-zones", "Super and Shift held: every zone passed over is filled");
         finishDrag({key::shift, key::super});
