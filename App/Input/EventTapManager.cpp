@@ -36,6 +36,8 @@ void EventTapManager::attemptInstall() {
     request.eventMask = makeEventMask();
     request.callback = handler_;
     request.refcon = refcon_;
+    // A source must not outlive its tap.
+    stopInstalledTap();
     eventTap_ = platform_->createTap(request);
     if (!eventTap_) {
         scheduleRetryIfNeeded();

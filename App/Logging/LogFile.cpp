@@ -17,7 +17,7 @@ namespace fs = std::filesystem;
 // Removes the file on the way out; one that was renamed is gone already.
 class TemporaryPath {
 public:
-    explicit TemporaryPath(const fs::path& target) : path_(target) {
+    explicit TemporaryPath(fs::path target) : path_(std::move(target)) {
         std::random_device device;
         path_ += "." + std::to_string(device()) + ".tmp";
     }

@@ -146,7 +146,18 @@ public:
         }
     }
 
-    // The owner first: giving a file away clears some of its permission bits.
+    void write(std::string_view content) {
+        while (!content.empty()) {
+            const ssize_t count =
+                retryingInterrupted([&] { return ::write(file_.get(), content.data(), content.size()); });
+            if (count < 0) {
+                fail("Cannot write", path_, errno);
+            }
+            content.remove_prefix(static_cast<std::size_t>(count));
+        }
+    }
+
+    // After writing and with the owner first, as both clear some of the permission bits.
     void resemble(const struct stat& old) {
         if (::fchown(file_.get(), old.st_uid, old.st_gid) != 0) {
             // Only the group may be within the user's reach; a file of the user's own group is good enough.
@@ -158,15 +169,7 @@ public:
     }
 
     // Ends with the content on the disk and the file closed.
-    void write(std::string_view content) {
-        while (!content.empty()) {
-            const ssize_t count =
-                retryingInterrupted([&] { return ::write(file_.get(), content.data(), content.size()); });
-            if (count < 0) {
-                fail("Cannot write", path_, errno);
-            }
-            content.remove_prefix(static_cast<std::size_t>(count));
-        }
+    void finish() {
         if (retryingInterrupted([&] { return ::fsync(file_.get()); }) != 0 || !file_.close()) {
             fail("Cannot write", path_, errno);
         }
@@ -241,7 +244,8 @@ void PosixFileManager::createDirectory(const std::string& path) {
     }
     const int error = errno;
     // Another process may have made it in between.
-    if (result != 0 && !(error == EEXIST && isFolder(path))) {
+    const bool doesStand = result == 0 || (error == EEXIST && isFolder(path));
+    if (!doesStand) {
         fail("Cannot create the folder", path, error);
     }
 }
@@ -271,10 +275,11 @@ void PosixFileManager::writeFileAtomically(const std::string& path, std::string_
         requireRegular("Cannot write", target, *old);
     }
     TemporaryFile temporary(folder, old ? privateFile : newFile);
+    temporary.write(content);
     if (old) {
         temporary.resemble(*old);
     }
-    temporary.write(content);
+    temporary.finish();
     temporary.moveTo(target);
     syncFolder(folder);
 }

@@ -8,6 +8,14 @@
 
 namespace tarvex::contract {
 
+/// The contract of each port is stated once, in a header of this folder, over the world that it needs. A
+/// header defines its tests: include it in one source file of a test program, and name every world of the
+/// program there, as in
+///
+///     INSTANTIATE_TEST_SUITE_P(
+///         Openbox, EventTapContract,
+///         ::testing::Values(worldFactory<EventTapWorld, XEventTapWorld>("Openbox", "openbox")), worldName);
+///
 /// The desktop that a contract is tried on: the part that is the same for every port. A world is made afresh
 /// for each test and takes everything that it opened away again.
 class ContractWorld {

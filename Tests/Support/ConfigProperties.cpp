@@ -28,11 +28,13 @@ std::optional<std::string> findBrokenCellRule(const std::vector<GridCell>& cells
     double area = 0;
     for (const GridCell& cell : cells) {
         const NormalizedRect& rect = cell.rect();
-        if (!(rect.x() >= 0 && rect.y() >= 0 && rect.maxX() <= 1 + tolerance &&
-              rect.maxY() <= 1 + tolerance)) {
+        const bool isInside =
+            rect.x() >= 0 && rect.y() >= 0 && rect.maxX() <= 1 + tolerance && rect.maxY() <= 1 + tolerance;
+        if (!isInside) {
             return "the cell " + makeCellKey(cell) + " leaves the unit square";
         }
-        if (!(rect.width() > 0 && rect.height() > 0)) {
+        const bool hasArea = rect.width() > 0 && rect.height() > 0;
+        if (!hasArea) {
             return "the cell " + makeCellKey(cell) + " has no area";
         }
         area += rect.width() * rect.height();
@@ -50,7 +52,8 @@ std::optional<std::string> findBrokenFrameRule(const std::vector<GridCell>& cell
         return "there is not one frame for each cell";
     }
     for (const auto& [key, frame] : frames) {
-        if (!(frame.width >= 0 && frame.height >= 0)) {
+        const bool hasExtent = frame.width >= 0 && frame.height >= 0;
+        if (!hasExtent) {
             return "the frame " + key + " has a negative extent";
         }
         const bool isInside =

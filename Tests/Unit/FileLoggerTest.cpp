@@ -59,67 +59,72 @@ system_clock::time_point timestampOf(const std::string& line) {
     return system_clock::from_time_t(std::mktime(&local)) + milliseconds(std::stoi(line.substr(21, 3)));
 }
 
-TEST(FileLoggerTest, ThereIsOneAtThePathOfThePlatform) {
+class FileLoggerTest : public testing::Test {
+protected:
+    // Text that no line of another test holds, nor of an earlier run of this one in the same process.
+    const std::string marker = "line-of-test-" + std::to_string(++testCount);
+
+private:
+    static inline int testCount = 0;
+};
+
+TEST_F(FileLoggerTest, ThereIsOneAtThePathOfThePlatform) {
     EXPECT_EQ(&FileLogger::shared(), &FileLogger::shared());
     EXPECT_EQ(FileLogger::shared().path(), logFilePath());
 }
 
-TEST(FileLoggerTest, AMissingLogsFolderIsCreatedOnFirstUse) {
+TEST_F(FileLoggerTest, AMissingLogsFolderIsCreatedOnFirstUse) {
     EXPECT_TRUE(
         std::filesystem::is_directory(std::filesystem::path(FileLogger::shared().path()).parent_path()));
 }
 
-TEST(FileLoggerTest, ALineIsTimestampBlankMessage) {
-    FileLogger::shared().log("ALineIsTimestampBlankMessage: detail=7");
-    ASSERT_TRUE(waitForLines("ALineIsTimestampBlankMessage", 1));
-    const std::regex shape(
-        R"(\[\d{4}-\d{2}-\d{2} \d{2}:\d{2}:\d{2}\.\d{3}\] ALineIsTimestampBlankMessage: detail=7)");
-    const std::string line = linesWith("ALineIsTimestampBlankMessage")[0];
+TEST_F(FileLoggerTest, ALineIsTimestampBlankMessage) {
+    FileLogger::shared().log(marker + ": detail=7");
+    ASSERT_TRUE(waitForLines(marker, 1));
+    const std::string line = linesWith(marker)[0];
+    const std::regex shape(R"(\[\d{4}-\d{2}-\d{2} \d{2}:\d{2}:\d{2}\.\d{3}\] )" + marker + ": detail=7");
     EXPECT_TRUE(std::regex_match(line, shape)) << line;
 }
 
-TEST(FileLoggerTest, TheTimestampIsThatOfTheCall) {
+TEST_F(FileLoggerTest, TheTimestampIsThatOfTheCall) {
     std::vector<std::pair<system_clock::time_point, system_clock::time_point>> calls;
     for (int count = 0; count < 200; ++count) {
         const auto before = std::chrono::floor<milliseconds>(system_clock::now());
-        FileLogger::shared().log("TheTimestampIsThatOfTheCall");
+        FileLogger::shared().log(marker);
         calls.emplace_back(before, system_clock::now());
     }
-    ASSERT_TRUE(waitForLines("TheTimestampIsThatOfTheCall", calls.size()));
-    const std::vector<std::string> lines = linesWith("TheTimestampIsThatOfTheCall");
+    ASSERT_TRUE(waitForLines(marker, calls.size()));
+    const std::vector<std::string> lines = linesWith(marker);
     for (std::size_t index = 0; index < calls.size(); ++index) {
         EXPECT_GE(timestampOf(lines[index]), calls[index].first) << lines[index];
         EXPECT_LE(timestampOf(lines[index]), calls[index].second) << lines[index];
     }
 }
 
-TEST(FileLoggerTest, TheMessageIsWrittenAsItIs) {
-    FileLogger::shared().log(
-        "TheMessageIsWrittenAsItIs t\xc3\xa4g \xe6\x97\xa5 %s \\n\nTheMessageIsWrittenAsItIs second");
-    ASSERT_TRUE(waitForLines("TheMessageIsWrittenAsItIs second", 1));
-    EXPECT_NE(contentOf(FileLogger::shared().path())
-                  .find("] TheMessageIsWrittenAsItIs t\xc3\xa4g \xe6\x97\xa5 %s "
-                        "\\n\nTheMessageIsWrittenAsItIs second\n"),
-              std::string::npos);
+TEST_F(FileLoggerTest, TheMessageIsWrittenAsItIs) {
+    const std::string message = marker + " t\xc3\xa4g \xe6\x97\xa5 %s \\n\nsecond line of " + marker;
+    FileLogger::shared().log(message);
+    ASSERT_TRUE(waitForLines("second line of " + marker, 1));
+    EXPECT_NE(contentOf(FileLogger::shared().path()).find("] " + message + "\n"), std::string::npos);
 }
 
-TEST(FileLoggerTest, LinesOfOneThreadKeepTheirOrder) {
+TEST_F(FileLoggerTest, LinesOfOneThreadKeepTheirOrder) {
     for (int number = 100; number < 400; ++number) {
-        FileLogger::shared().log("LinesOfOneThreadKeepTheirOrder " + std::to_string(number));
+        FileLogger::shared().log(marker + " " + std::to_string(number));
     }
-    ASSERT_TRUE(waitForLines("LinesOfOneThreadKeepTheirOrder", 300));
-    const std::vector<std::string> lines = linesWith("LinesOfOneThreadKeepTheirOrder");
+    ASSERT_TRUE(waitForLines(marker, 300));
+    const std::vector<std::string> lines = linesWith(marker);
     for (std::size_t index = 0; index < lines.size(); ++index) {
         EXPECT_TRUE(lines[index].ends_with(std::to_string(100 + index))) << lines[index];
     }
 }
 
-TEST(FileLoggerTest, ManyThreadsLogWholeLinesEachInItsOwnOrder) {
+TEST_F(FileLoggerTest, ManyThreadsLogWholeLinesEachInItsOwnOrder) {
     std::vector<std::thread> threads;
     for (int thread = 0; thread < 4; ++thread) {
-        threads.emplace_back([thread] {
+        threads.emplace_back([thread, this] {
             for (int number = 0; number < 100; ++number) {
-                FileLogger::shared().log("ManyThreads " + std::to_string(thread) + " " +
+                FileLogger::shared().log(marker + " " + std::to_string(thread) + " " +
                                          std::to_string(number));
             }
         });
@@ -127,28 +132,28 @@ TEST(FileLoggerTest, ManyThreadsLogWholeLinesEachInItsOwnOrder) {
     for (std::thread& thread : threads) {
         thread.join();
     }
-    ASSERT_TRUE(waitForLines("ManyThreads", 400));
-    const std::regex shape(R"(\[[-0-9 :.]{23}\] ManyThreads (\d) (\d+))");
+    ASSERT_TRUE(waitForLines(marker, 400));
+    const std::regex shape(R"(\[[-0-9 :.]{23}\] )" + marker + R"( (\d) (\d+))");
     std::map<std::string, int> next;
-    for (const std::string& line : linesWith("ManyThreads")) {
+    for (const std::string& line : linesWith(marker)) {
         std::smatch match;
         ASSERT_TRUE(std::regex_match(line, match, shape)) << line;
         EXPECT_EQ(std::stoi(match[2]), next[match[1]]++) << line;
     }
 }
 
-TEST(FileLoggerTest, ALogThatCannotBeWrittenCostsTheLineOnly) {
+TEST_F(FileLoggerTest, ALogThatCannotBeWrittenCostsTheLineOnly) {
     const std::filesystem::path path = FileLogger::shared().path();
     const std::filesystem::path aside = path.string() + ".aside";
-    FileLogger::shared().log("ALogThatCannotBeWritten before");
-    ASSERT_TRUE(waitForLines("ALogThatCannotBeWritten before", 1));
+    FileLogger::shared().log(marker + " before");
+    ASSERT_TRUE(waitForLines(marker + " before", 1));
     std::filesystem::rename(path, aside);
     std::filesystem::create_directory(path);
-    EXPECT_NO_THROW(FileLogger::shared().log("ALogThatCannotBeWritten lost"));
+    EXPECT_NO_THROW(FileLogger::shared().log(marker + " lost"));
     std::filesystem::remove(path);
     std::filesystem::rename(aside, path);
-    FileLogger::shared().log("ALogThatCannotBeWritten after");
-    EXPECT_TRUE(waitForLines("ALogThatCannotBeWritten after", 1));
+    FileLogger::shared().log(marker + " after");
+    EXPECT_TRUE(waitForLines(marker + " after", 1));
 }
 
 TEST(FileLoggerDeathTest, AProcessEndsCleanlyWithLinesStillWaiting) {

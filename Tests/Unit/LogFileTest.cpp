@@ -23,6 +23,7 @@ using Names = std::vector<std::string>;
 constexpr std::size_t maxSize = 1'000'000;
 constexpr std::size_t targetSize = 900'000;
 
+// Large contents are compared outside of the assertion, which would work out a difference line by line.
 class LogFileTest : public testing::Test {
 protected:
     // A file of so many bytes in lines of ten bytes each, counted from zero.
@@ -84,7 +85,7 @@ TEST_F(LogFileTest, AFileOfExactlyTheLimitIsLeftAlone) {
     const std::string old = numberedLines(maxSize - 10);
     writeContent(path, old);
     LogFile(path).append("123456789\n");
-    EXPECT_EQ(contentOf(path), old + "123456789\n");
+    EXPECT_TRUE(contentOf(path) == old + "123456789\n");
     EXPECT_EQ(fs::file_size(path), maxSize);
 }
 
@@ -95,7 +96,7 @@ TEST_F(LogFileTest, OneByteMoreIsCutAfterTheFirstLineFeedOfTheTail) {
     const std::string whole = old + "1234567890\n";
     const std::string tail = whole.substr(whole.size() - targetSize);
     const std::string expected = tail.substr(tail.find('\n') + 1);
-    EXPECT_EQ(contentOf(path), expected);
+    EXPECT_TRUE(contentOf(path) == expected);
     EXPECT_EQ(expected.substr(0, 10), "000010001\n") << "the file starts with a whole line";
     EXPECT_LE(expected.size(), targetSize);
     EXPECT_EQ(folder.entries(), Names{"Tarvex.log"});
@@ -115,7 +116,7 @@ TEST_F(LogFileTest, ATailThatStartsWithALineFeedLosesOnlyThat) {
 TEST_F(LogFileTest, ATailWithoutALineFeedIsKeptWhole) {
     writeContent(path, "start\n" + std::string(maxSize, 'x'));
     LogFile(path).append("y");
-    EXPECT_EQ(contentOf(path), std::string(targetSize - 1, 'x') + "y");
+    EXPECT_TRUE(contentOf(path) == std::string(targetSize - 1, 'x') + "y");
 }
 
 TEST_F(LogFileTest, ATailThatOnlyEndsWithALineFeedLeavesNothing) {

@@ -163,7 +163,7 @@ TEST_F(SnapControllerDragTest, ConfigurationChangedDuringTheDragCountsAtOnce) {
         fields.cellMarginPoints = 0;
     });
     desktop_.moveTo({310, 200});
-    EXPECT_EQ(controller().activeGrid()->id(), "rows");
+    EXPECT_EQ(activeGridId(), "rows");
     EXPECT_EQ(selectedKeys(), (Lines{"r1-c0"}));
     EXPECT_EQ(picture(), pictureOf(visibleFrame, {{0, 462.5, 1440, 437.5}, {0, 25, 1440, 437.5}},
                                    {{0, 25, 1440, 437.5}}));
@@ -202,10 +202,10 @@ TEST_F(SnapControllerDragTest, MotionAcrossScreensTakesTheGridOfTheScreenUnderTh
     });
     showZonesAt(inLeftZone);
     desktop_.moveTo(onSecondScreen);
-    EXPECT_EQ(controller().activeGrid()->id(), "rows");
+    EXPECT_EQ(activeGridId(), "rows");
     EXPECT_EQ(selectedKeys(), (Lines{"r0-c0"}));
     // The overlay stays where it is until a modifier changes.
-    EXPECT_EQ(controller().overlayWindow()->frame(), visibleFrame);
+    EXPECT_EQ(overlayFrame(), visibleFrame);
     EXPECT_EQ(desktop_.journal().about({"overlay"}), (Lines{"overlay 1 picture"}));
 }
 

@@ -30,7 +30,7 @@ TEST_F(SnapControllerFailureTest, BrokenConfigurationFallsBackToTheDefaultsWhenM
     EXPECT_TRUE(selectedKeys().empty());
     EXPECT_TRUE(controller().activeCells().empty());
     EXPECT_EQ(controller().activeGrid(), nullptr);
-    EXPECT_EQ(controller().overlayWindow()->overlayView().grid()->id(), "default");
+    EXPECT_EQ(shownGridId(), "default");
 }
 
 TEST_F(SnapControllerFailureTest, BrokenConfigurationFallsBackToTheDefaultsWhenThePointerMoves) {

@@ -115,6 +115,28 @@ protected:
 
     [[nodiscard]] bool isOverlayShown() { return !desktop_.windows().shown().empty(); }
 
+    [[nodiscard]] std::optional<Rect> overlayFrame() {
+        const SnapOverlayWindow* overlay = controller().overlayWindow();
+        return overlay == nullptr ? std::nullopt : std::optional<Rect>(overlay->frame());
+    }
+
+    // The number of the overlay that is shown; 0 for none.
+    [[nodiscard]] int shownNumber() {
+        const auto shown = desktop_.windows().shown();
+        return shown.empty() ? 0 : shown.front()->number;
+    }
+
+    [[nodiscard]] std::string activeGridId() {
+        return controller().activeGrid() ? controller().activeGrid()->id() : "none";
+    }
+
+    // The grid that the overlay was last given.
+    [[nodiscard]] std::string shownGridId() {
+        const SnapOverlayWindow* overlay = controller().overlayWindow();
+        return overlay != nullptr && overlay->overlayView().grid() ? overlay->overlayView().grid()->id()
+                                                                   : "none";
+    }
+
     // The picture on the one overlay that is shown.
     [[nodiscard]] Lines picture() {
         const auto shown = desktop_.windows().shown();

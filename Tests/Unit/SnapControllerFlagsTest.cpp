@@ -16,7 +16,7 @@ TEST_F(SnapControllerFlagsTest, MatchingModifiersShowTheZonesInThisOrder) {
     EXPECT_TRUE(controller().isOverlayActive());
     EXPECT_EQ(controller().activeModifiers(), 256U);
     EXPECT_EQ(selectedKeys(), (Lines{"r0-c0"}));
-    EXPECT_EQ(controller().overlayWindow()->frame(), visibleFrame);
+    EXPECT_EQ(overlayFrame(), visibleFrame);
     EXPECT_EQ(picture(), pictureOf(visibleFrame, {leftZone, rightZone}, {leftZone}));
 }
 
@@ -165,68 +165,6 @@ TEST_F(SnapControllerFlagsTest, ShiftLetGoTurnsToSingleAndKeepsOnlyTheZoneUnderT
     EXPECT_EQ(picture(), pictureOf(visibleFrame, {leftZone, rightZone}, {rightZone}));
 }
 
-TEST_F(SnapControllerFlagsTest, OverlayOfTheSameFrameIsUsedAgain) {
-    showZonesAt(inLeftZone);
-    desktop_.holdModifiers(command | shift);
-    EXPECT_EQ(desktop_.journal().about({"overlay"}), (Lines{"overlay 1 front"}));
-    desktop_.releaseModifiers();
-    forgetHistory();
-    desktop_.holdModifiers(command);
-    EXPECT_EQ(desktop_.journal().about({"overlay"}), (Lines{"overlay 1 front"}));
-    EXPECT_EQ(picture(), pictureOf(visibleFrame, {leftZone, rightZone}, {leftZone}));
-}
-
-TEST_F(SnapControllerFlagsTest, OverlayOutlivesTheDrag) {
-    showZonesAt(inLeftZone);
-    desktop_.releaseButton();
-    desktop_.releaseModifiers();
-    ASSERT_EQ(desktop_.windows().open().size(), 1U);
-    EXPECT_FALSE(isOverlayShown());
-    forgetHistory();
-    showZonesAt(inRightZone);
-    EXPECT_EQ(desktop_.windows().made().size(), 1U);
-    EXPECT_EQ(picture(), pictureOf(visibleFrame, {leftZone, rightZone}, {rightZone}));
-}
-
-TEST_F(SnapControllerFlagsTest, AnotherVisibleFrameReplacesTheOverlay) {
-    showZonesAt(inLeftZone);
-    desktop_.releaseModifiers();
-    desktop_.displays().at(101).leftPanel = 40;
-    forgetHistory();
-    desktop_.holdModifiers(command);
-    EXPECT_EQ(desktop_.journal().about({"overlay"}),
-              (Lines{"overlay 1 close", "overlay 2 made", "overlay 2 front", "overlay 2 picture"}));
-    EXPECT_EQ(controller().overlayWindow()->frame(), (Rect{40, 25, 1400, 875}));
-    EXPECT_EQ(desktop_.windows().open().size(), 1U);
-}
-
-TEST_F(SnapControllerFlagsTest, AnotherScreenReplacesTheOverlay) {
-    plugSecondScreen();
-    showZonesAt(inLeftZone);
-    desktop_.moveTo(onSecondScreen);
-    forgetHistory();
-    desktop_.holdModifiers(command | shift);
-    EXPECT_EQ(desktop_.windows().open().size(), 1U);
-    EXPECT_EQ(controller().overlayWindow()->frame(), secondScreenFrame);
-    EXPECT_EQ(desktop_.windows().shown().front()->number, 2);
-}
-
-TEST_F(SnapControllerFlagsTest, OverlayThatCameUpElsewhereIsReplacedNextTime) {
-    desktop_.windows().displaceNewWindows(0, 30);
-    showZonesAt(inLeftZone);
-    desktop_.windows().displaceNewWindows(0, 0);
-    desktop_.holdModifiers(command | shift);
-    EXPECT_EQ(controller().overlayWindow()->frame(), visibleFrame);
-    EXPECT_EQ(desktop_.windows().shown().front()->number, 2);
-}
-
-TEST_F(SnapControllerFlagsTest, ZonesOfAScreenOffTheOriginLandOnIt) {
-    plugSecondScreen();
-    showZonesAt(onSecondScreen);
-    EXPECT_EQ(picture(), pictureOf(secondScreenFrame, {{1448, -292, 948, 1184}, {2404, -292, 948, 1184}},
-                                   {{1448, -292, 948, 1184}}));
-}
-
 TEST_F(SnapControllerFlagsTest, MatchWithNoScreenUnderThePointerOnlyLogs) {
     dragWindowTo(nowhere);
     forgetHistory();
@@ -263,7 +201,7 @@ TEST_F(SnapControllerFlagsTest, ScreenContainmentIsHalfOpen) {
 TEST_F(SnapControllerFlagsTest, FirstOfOverlappingScreensWins) {
     desktop_.plugScreen({.number = 202, .frame = {0, 0, 1440, 900}});
     showZonesAt(inLeftZone);
-    EXPECT_EQ(controller().overlayWindow()->frame(), visibleFrame);
+    EXPECT_EQ(overlayFrame(), visibleFrame);
 }
 
 TEST_F(SnapControllerFlagsTest, MatchOverAPanelShowsZonesAndSelectsNone) {
@@ -320,7 +258,7 @@ TEST_F(SnapControllerFlagsTest, EachReadingGovernsItsOwnStep) {
         }
     });
     desktop_.holdModifiers(command);
-    EXPECT_EQ(controller().activeGrid()->id(), "thirds");
+    EXPECT_EQ(activeGridId(), "thirds");
     EXPECT_EQ(picture(),
               pictureOf(visibleFrame, {{0, 25, 360, 875}, {360, 25, 360, 875}, {720, 25, 720, 875}},
                         {{0, 25, 360, 875}}));
@@ -346,22 +284,6 @@ TEST_F(SnapControllerFlagsTest, ModeOfTheSelectionIsThatOfTheSecondReading) {
               "SnapController.updateOverlayState match modifiers=768 mode=multi");
     EXPECT_EQ(selectedKeys(), (Lines{"r0-c0"}));
     desktop_.configFiles().onLoad(nullptr);
-}
-
-TEST_F(SnapControllerFlagsTest, MatchedZonesFillOnlyTheirOwnRectangles) {
-    showZonesAt(inLeftZone, command | shift);
-    desktop_.moveTo(inRightZone);
-    const Lines lines = picture();
-    ASSERT_EQ(lines.size(), 5U);
-    EXPECT_EQ(lines.at(3), "fill 8,8 708x859 accent 0.5");
-    EXPECT_EQ(lines.at(4), "fill 724,8 708x859 accent 0.5");
-}
-
-TEST_F(SnapControllerFlagsTest, ZoneThatItsMarginSwallowsIsOutlinedButNotFilled) {
-    configure([](TarvexConfigFields& fields) { fields.cellMarginPoints = 600; });
-    showZonesAt(inLeftZone);
-    EXPECT_EQ(selectedKeys(), (Lines{"r0-c0"}));
-    EXPECT_EQ(picture(), pictureOf(visibleFrame, {{600, 625, 0, 0}, {1020, 625, 0, 0}}, {}));
 }
 
 } // namespace

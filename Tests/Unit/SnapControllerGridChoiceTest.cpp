@@ -19,7 +19,7 @@ protected:
 
     std::string chosenAt(Point point) {
         showZonesAt(point);
-        std::string id = controller().activeGrid() ? controller().activeGrid()->id() : "none";
+        std::string id = activeGridId();
         desktop_.releaseButton();
         desktop_.releaseModifiers();
         return id;
@@ -103,6 +103,7 @@ TEST_F(SnapControllerGridChoiceTest, MissingFileUsesTheBuiltInGrid) {
 TEST_F(SnapControllerGridChoiceTest, ChosenGridIsHandedToTheOverlay) {
     assign({{firstScreen, "b"}});
     showZonesAt(inLeftZone);
+    ASSERT_NE(controller().overlayWindow(), nullptr);
     EXPECT_EQ(controller().overlayWindow()->overlayView().grid(), controller().activeGrid());
 }
 
@@ -118,8 +119,7 @@ TEST_F(SnapControllerGridChoiceTest, OverlayWithoutAnActiveGridResolvesOneFromTh
     });
     desktop_.holdModifiers(command);
     EXPECT_EQ(controller().activeGrid(), nullptr);
-    ASSERT_NE(controller().overlayWindow(), nullptr);
-    EXPECT_EQ(controller().overlayWindow()->overlayView().grid()->id(), "c");
+    EXPECT_EQ(shownGridId(), "c");
     EXPECT_TRUE(controller().isOverlayActive());
     EXPECT_TRUE(controller().activeCells().empty());
     desktop_.configFiles().onLoad(nullptr);

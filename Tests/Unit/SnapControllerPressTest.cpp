@@ -159,7 +159,8 @@ TEST_F(SnapControllerPressTest, UnreadableSizeLeavesNoOriginalFrame) {
 }
 
 TEST_F(SnapControllerPressTest, FailureOfASecondPressForgetsTheFirstOnesFrame) {
-    desktop_.grabWindow(window_);
+    desktop_.moveTo(inLeftZone);
+    desktop_.pressButton();
     ASSERT_EQ(controller().originalWindowFrame(), homeFrame);
     desktop_.accessibility().answerRead(window_, "AXSize", {ax_error::cannotComplete, std::nullopt});
     desktop_.pressButton();
@@ -171,7 +172,8 @@ TEST_F(SnapControllerPressTest, FailureOfASecondPressForgetsTheFirstOnesFrame) {
 
 TEST_F(SnapControllerPressTest, SecondPressStartsOverWithTheWindowThere) {
     const int other = desktop_.openWindow({900, 100, 300, 300});
-    desktop_.grabWindow(window_);
+    desktop_.moveTo(inLeftZone);
+    desktop_.pressButton();
     desktop_.grabWindow(other);
     EXPECT_TRUE(controller().isDragging());
     EXPECT_EQ(SimulatedAccessibility::windowNumber(controller().activeWindow()), other);

@@ -120,8 +120,8 @@ TEST_F(SnapControllerRestoreTest, OriginIsConvertedWhenItIsWritten) {
 
 TEST_F(SnapControllerRestoreTest, FrameOfALaterPressIsTheOneRestored) {
     showZonesAt(inLeftZone);
-    desktop_.moveWindow(window_, {100, 100, 640, 480});
     desktop_.moveTo({150, 150});
+    desktop_.moveWindow(window_, {100, 100, 640, 480});
     desktop_.pressButton();
     desktop_.moveWindow(window_, {0, 0, 300, 300});
     desktop_.releaseModifiers();

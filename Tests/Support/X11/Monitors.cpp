@@ -140,6 +140,11 @@ std::vector<std::uint8_t> edidBlock(const MonitorIdentity& identity) {
     }
     put(18, 1);
     put(19, 4);
+    // A digital input, gamma 2.2, and the primaries of sRGB: toolkits complain of a monitor without colours.
+    put(20, 0x80);
+    put(23, 120);
+    constexpr std::array<std::uint8_t, 10> colors{0xEE, 0x91, 0xA3, 0x54, 0x4C, 0x99, 0x26, 0x0F, 0x50, 0x54};
+    std::copy(colors.begin(), colors.end(), block.begin() + 25);
     if (!identity.name.empty()) {
         // The descriptor of a product name: its tag, then text that a line feed ends and blanks fill up.
         block[lastDescriptor + 3] = 0xFC;

@@ -36,6 +36,10 @@ std::uint32_t Screenshot::pixel(PixelPoint point) const {
                    static_cast<std::size_t>(point.x)];
 }
 
+bool Screenshot::contains(std::uint32_t color) const {
+    return std::ranges::find(pixels_, color) != pixels_.end();
+}
+
 int Screenshot::countDifferences(const Screenshot& other, const PixelRect& area) const {
     int count = 0;
     for (int y = std::max(area.y, 0); y < std::min(area.y + area.height, height_); ++y) {

@@ -21,6 +21,9 @@ public:
     /// The colour at a point, which must lie on the screen.
     [[nodiscard]] std::uint32_t pixel(PixelPoint point) const;
 
+    /// Whether any pixel has the colour.
+    [[nodiscard]] bool contains(std::uint32_t color) const;
+
     /// How many pixels of the rectangle, cut to the screen, differ from those of another picture.
     [[nodiscard]] int countDifferences(const Screenshot& other, const PixelRect& area) const;
 

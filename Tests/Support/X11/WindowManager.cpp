@@ -5,7 +5,7 @@
 namespace tarvex::test {
 namespace {
 
-// A press on the title bar or on the frame of a window moves it; the keyboard is left alone.
+// A drag of the title bar moves the window, with Super held as well; the keyboard is left alone.
 constexpr const char* openboxConfiguration = R"(<?xml version="1.0" encoding="UTF-8"?>
 <openbox_config xmlns="http://openbox.org/3.4/rc">
   <theme><name>Clearlooks</name></theme>
@@ -16,6 +16,7 @@ constexpr const char* openboxConfiguration = R"(<?xml version="1.0" encoding="UT
     <context name="Titlebar">
       <mousebind button="Left" action="Press"><action name="Focus"/><action name="Raise"/></mousebind>
       <mousebind button="Left" action="Drag"><action name="Move"/></mousebind>
+      <mousebind button="W-Left" action="Drag"><action name="Move"/></mousebind>
     </context>
     <context name="Titlebar Top Right Bottom Left TLCorner TRCorner BRCorner BLCorner">
       <mousebind button="Left" action="Press"><action name="Focus"/><action name="Raise"/></mousebind>

@@ -91,10 +91,8 @@ std::vector<std::uint32_t> XClient::words(xcb_window_t window, std::string_view 
     if (!reply || reply->format != 32) {
         return {};
     }
-    std::vector<std::uint32_t> values(static_cast<std::size_t>(xcb_get_property_value_length(reply.get())) /
-                                      4);
-    std::memcpy(values.data(), xcb_get_property_value(reply.get()), values.size() * 4);
-    return values;
+    const auto* data = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
+    return {data, data + xcb_get_property_value_length(reply.get()) / 4};
 }
 
 bool XClient::hasProperty(xcb_window_t window, std::string_view property) {

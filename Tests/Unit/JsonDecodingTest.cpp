@@ -1,13 +1,11 @@
 #include "Core/Configuration/JsonCoding.h"
-
 #include "Tests/Support/ConfigProperties.h"
-#include "Tests/Support/RandomSource.h"
+#include "Tests/Unit/ConfigSamples.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include <cmath>
-#include <limits>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -16,14 +14,6 @@ namespace tarvex {
 namespace {
 
 using nlohmann::json;
-
-const std::vector<std::string> optionalKeys = {
-    "openEditorHotkey", "openPreferencesHotkey", "singleSnapModifiers",      "multiSnapModifiers",
-    "launchAtLogin",    "hideMenuBarIcon",       "restoreWindowSizeOnUnsnap"};
-
-json minimalDocument() {
-    return {{"grids", json::array()}, {"defaultGridByDisplayId", json::object()}, {"cellMarginPoints", 8}};
-}
 
 TarvexConfigRef decode(const json& document) {
     return decodeTarvexConfig(document.dump());
@@ -47,24 +37,7 @@ std::string documentWith(const std::string& key, const std::string& value) {
     return text.replace(text.find("\"@\""), 3, value);
 }
 
-TarvexConfigFields everyField() {
-    TarvexConfigFields fields;
-    fields.grids = {
-        std::make_shared<const GridDefinition>("a", "A", std::vector{0.25, 0.75}, std::vector{0.5}),
-        std::make_shared<const GridDefinition>("b", "B", std::vector<double>{}, std::vector<double>{})};
-    fields.defaultGridByDisplayId = {{"v1-p2-s3", "b"}, {"v4-p5-sno-serial", "a"}};
-    fields.cellMarginPoints = 12.5;
-    fields.openEditorHotkey = HotkeyDefinition{5, 256};
-    fields.openPreferencesHotkey = HotkeyDefinition{43, 4294967295};
-    fields.singleSnapModifiers = ModifierDefinition{2048};
-    fields.multiSnapModifiers = ModifierDefinition{0};
-    fields.launchAtLogin = true;
-    fields.hideMenuBarIcon = false;
-    fields.restoreWindowSizeOnUnsnap = false;
-    return fields;
-}
-
-TEST(JsonCodingTest, RequiredKeysAloneDecodeAndEveryOptionalIsAbsent) {
+TEST(JsonDecodingTest, RequiredKeysAloneDecodeAndEveryOptionalIsAbsent) {
     const TarvexConfigRef config = decode(minimalDocument());
     EXPECT_EQ(config->cellMarginPoints(), 8);
     EXPECT_EQ(config->openEditorHotkey(), std::nullopt);
@@ -76,7 +49,7 @@ TEST(JsonCodingTest, RequiredKeysAloneDecodeAndEveryOptionalIsAbsent) {
     EXPECT_EQ(config->restoreWindowSizeOnUnsnap(), std::nullopt);
 }
 
-TEST(JsonCodingTest, EachRequiredKeyIsRequired) {
+TEST(JsonDecodingTest, EachRequiredKeyIsRequired) {
     for (const char* key : {"grids", "defaultGridByDisplayId", "cellMarginPoints"}) {
         json document = minimalDocument();
         document.erase(key);
@@ -86,7 +59,7 @@ TEST(JsonCodingTest, EachRequiredKeyIsRequired) {
     }
 }
 
-TEST(JsonCodingTest, ARequiredKeyOfTheWrongTypeFails) {
+TEST(JsonDecodingTest, ARequiredKeyOfTheWrongTypeFails) {
     for (const char* wrong : {"true", "\"text\"", "7", "[]", "{}"}) {
         const bool isNumber = std::string(wrong) == "7";
         EXPECT_EQ(failure(documentWith("grids", wrong)).empty(), std::string(wrong) == "[]") << wrong;
@@ -96,18 +69,18 @@ TEST(JsonCodingTest, ARequiredKeyOfTheWrongTypeFails) {
     }
 }
 
-TEST(JsonCodingTest, KeysAreCaseSensitive) {
+TEST(JsonDecodingTest, KeysAreCaseSensitive) {
     json document = minimalDocument();
     document.erase("grids");
     document["Grids"] = json::array();
     EXPECT_NE(failure(document.dump()), "");
 }
 
-TEST(JsonCodingTest, AnEmptyGridListDecodes) {
+TEST(JsonDecodingTest, AnEmptyGridListDecodes) {
     EXPECT_TRUE(decode(minimalDocument())->grids().empty());
 }
 
-TEST(JsonCodingTest, AGridThatDoesNotDecodeFailsTheDocument) {
+TEST(JsonDecodingTest, AGridThatDoesNotDecodeFailsTheDocument) {
     EXPECT_NE(failure(documentWith("grids", R"([{"id":"g","name":"n","verticalSplits":[]}])")), "");
     EXPECT_NE(failure(documentWith("grids", "[null]")), "");
     EXPECT_EQ(
@@ -115,7 +88,7 @@ TEST(JsonCodingTest, AGridThatDoesNotDecodeFailsTheDocument) {
         "");
 }
 
-TEST(JsonCodingTest, GridAssignmentsAreTexts) {
+TEST(JsonDecodingTest, GridAssignmentsAreTexts) {
     EXPECT_EQ(decodeTarvexConfig(documentWith("defaultGridByDisplayId", R"({"":"x","v1-p1-s1":""})"))
                   ->defaultGridByDisplayId(),
               (std::map<std::string, std::string>{{"", "x"}, {"v1-p1-s1", ""}}));
@@ -124,7 +97,7 @@ TEST(JsonCodingTest, GridAssignmentsAreTexts) {
     }
 }
 
-TEST(JsonCodingTest, AnOptionalKeyWithNullIsAbsent) {
+TEST(JsonDecodingTest, AnOptionalKeyWithNullIsAbsent) {
     json document = minimalDocument();
     for (const std::string& key : optionalKeys) {
         document[key] = nullptr;
@@ -132,7 +105,7 @@ TEST(JsonCodingTest, AnOptionalKeyWithNullIsAbsent) {
     EXPECT_TRUE(haveSameFields(*decode(document), *decode(minimalDocument())));
 }
 
-TEST(JsonCodingTest, AMalformedOptionalFailsTheDocument) {
+TEST(JsonDecodingTest, AMalformedOptionalFailsTheDocument) {
     for (const std::string& key : optionalKeys) {
         for (const char* wrong : {"\"text\"", "7", "[]"}) {
             EXPECT_NE(failure(documentWith(key, wrong)), "") << key << " " << wrong;
@@ -144,7 +117,7 @@ TEST(JsonCodingTest, AMalformedOptionalFailsTheDocument) {
     }
 }
 
-TEST(JsonCodingTest, ZeroAndOneAreNoBooleans) {
+TEST(JsonDecodingTest, ZeroAndOneAreNoBooleans) {
     for (const char* key : {"launchAtLogin", "hideMenuBarIcon", "restoreWindowSizeOnUnsnap"}) {
         EXPECT_NE(failure(documentWith(key, "0")), "") << key;
         EXPECT_NE(failure(documentWith(key, "1")), "") << key;
@@ -152,7 +125,7 @@ TEST(JsonCodingTest, ZeroAndOneAreNoBooleans) {
     }
 }
 
-TEST(JsonCodingTest, ABooleanIsNoNumber) {
+TEST(JsonDecodingTest, ABooleanIsNoNumber) {
     for (const char* boolean : {"true", "false"}) {
         const std::string text(boolean);
         EXPECT_NE(failure(documentWith("cellMarginPoints", text)), "");
@@ -162,7 +135,7 @@ TEST(JsonCodingTest, ABooleanIsNoNumber) {
     }
 }
 
-TEST(JsonCodingTest, AHotkeyNeedsBothNumbers) {
+TEST(JsonDecodingTest, AHotkeyNeedsBothNumbers) {
     for (const char* wrong : {R"({"keyCode":0})", R"({"modifiers":0})", R"({"keyCode":0,"modifiers":null})",
                               R"({"keyCode":"0","modifiers":0})"}) {
         EXPECT_NE(failure(documentWith("openEditorHotkey", wrong)), "") << wrong;
@@ -170,7 +143,7 @@ TEST(JsonCodingTest, AHotkeyNeedsBothNumbers) {
     }
 }
 
-TEST(JsonCodingTest, KeyZeroWithoutModifiersIsAHotkey) {
+TEST(JsonDecodingTest, KeyZeroWithoutModifiersIsAHotkey) {
     const TarvexConfigRef config =
         decodeTarvexConfig(documentWith("openEditorHotkey", R"({"keyCode":0,"modifiers":0})"));
     EXPECT_EQ(config->openEditorHotkey(), (HotkeyDefinition{0, 0}));
@@ -178,7 +151,7 @@ TEST(JsonCodingTest, KeyZeroWithoutModifiersIsAHotkey) {
               json::parse(R"({"keyCode":0,"modifiers":0})"));
 }
 
-TEST(JsonCodingTest, Unsigned32BitFieldsTakeWholeNumbersInEitherSpelling) {
+TEST(JsonDecodingTest, Unsigned32BitFieldsTakeWholeNumbersInEitherSpelling) {
     for (const auto& [text, value] :
          std::vector<std::pair<std::string, std::uint32_t>>{{"256", 256},
                                                             {"256.0", 256},
@@ -193,7 +166,7 @@ TEST(JsonCodingTest, Unsigned32BitFieldsTakeWholeNumbersInEitherSpelling) {
     }
 }
 
-TEST(JsonCodingTest, Unsigned32BitFieldsRefuseEverythingElse) {
+TEST(JsonDecodingTest, Unsigned32BitFieldsRefuseEverythingElse) {
     for (const char* text :
          {"256.5", "-1", "-1.0", "4294967296", "4294967296.0", "1e300", "-1e300", "1e-300",
           "18446744073709551615", "18446744073709551616", "-9223372036854775808", "\"256\""}) {
@@ -209,7 +182,7 @@ TEST(JsonCodingTest, Unsigned32BitFieldsRefuseEverythingElse) {
     }
 }
 
-TEST(JsonCodingTest, NumbersThatAreNotFiniteDoNotDecode) {
+TEST(JsonDecodingTest, NumbersThatAreNotFiniteDoNotDecode) {
     for (const char* number : {"NaN", "nan", "Infinity", "-Infinity", "inf", "1e999", "-1e999", "\"NaN\"",
                                "\"Infinity\"", "0x10", "+1", ".5", "01", "1."}) {
         EXPECT_NE(failure(documentWith("cellMarginPoints", number)), "") << number;
@@ -221,7 +194,7 @@ TEST(JsonCodingTest, NumbersThatAreNotFiniteDoNotDecode) {
     }
 }
 
-TEST(JsonCodingTest, MarginsAreTakenAsTheyStand) {
+TEST(JsonDecodingTest, MarginsAreTakenAsTheyStand) {
     for (const auto& [text, value] : std::vector<std::pair<std::string, double>>{
              {"8", 8}, {"8.0", 8}, {"-3.5", -3.5}, {"1e308", 1e308}, {"0", 0}}) {
         EXPECT_EQ(decodeTarvexConfig(documentWith("cellMarginPoints", text))->cellMarginPoints(), value)
@@ -229,14 +202,14 @@ TEST(JsonCodingTest, MarginsAreTakenAsTheyStand) {
     }
 }
 
-TEST(JsonCodingTest, UnknownKeysArePassedOver) {
+TEST(JsonDecodingTest, UnknownKeysArePassedOver) {
     json document = minimalDocument();
     document["theme"] = {{"dark", true}};
     document[""] = nullptr;
     EXPECT_TRUE(haveSameFields(*decode(document), *decode(minimalDocument())));
 }
 
-TEST(JsonCodingTest, TextThatIsNoJsonFails) {
+TEST(JsonDecodingTest, TextThatIsNoJsonFails) {
     for (const std::string& text :
          {std::string(), std::string(" \n\t"), std::string("hello"), std::string("{"), std::string("}"),
           std::string("{}{}"), minimalDocument().dump() + "x", std::string("{'grids':[]}"),
@@ -246,7 +219,7 @@ TEST(JsonCodingTest, TextThatIsNoJsonFails) {
     }
 }
 
-TEST(JsonCodingTest, AFileWhoseEndWasFilledWithZerosFails) {
+TEST(JsonDecodingTest, AFileWhoseEndWasFilledWithZerosFails) {
     const std::string whole = minimalDocument().dump();
     for (const std::size_t count : {1U, 4096U}) {
         EXPECT_EQ(failure(whole + std::string(count, '\0')), "the text holds a zero byte");
@@ -256,21 +229,21 @@ TEST(JsonCodingTest, AFileWhoseEndWasFilledWithZerosFails) {
         << "an escaped one is a character like any other";
 }
 
-TEST(JsonCodingTest, ADocumentThatIsNoObjectFails) {
+TEST(JsonDecodingTest, ADocumentThatIsNoObjectFails) {
     for (const char* text : {"null", "[]", "7", "\"text\"", "true", "[{}]"}) {
         EXPECT_EQ(failure(text), "the configuration is not an object") << text;
     }
     EXPECT_EQ(failure("{}"), "\"grids\" of the configuration is missing");
 }
 
-TEST(JsonCodingTest, InvalidUtf8Fails) {
+TEST(JsonDecodingTest, InvalidUtf8Fails) {
     for (const char* bytes : {"\xff", "\xc3", "\xc0\x80", "\xed\xa0\x80", "\xf4\x90\x80\x80", "\x80"}) {
         EXPECT_NE(failure(documentWith("name", "\"" + std::string(bytes) + "\"")), "");
         EXPECT_NE(failure(std::string(bytes)), "");
     }
 }
 
-TEST(JsonCodingTest, TruncatedAtEveryByte) {
+TEST(JsonDecodingTest, TruncatedAtEveryByte) {
     const std::string whole = encodeTarvexConfig(TarvexConfig(everyField()));
     ASSERT_EQ(failure(whole), "");
     for (std::size_t length = 0; length < whole.size(); ++length) {
@@ -278,7 +251,7 @@ TEST(JsonCodingTest, TruncatedAtEveryByte) {
     }
 }
 
-TEST(JsonCodingTest, DeeplyNestedTextIsRefusedOrPassedOverWithoutHarm) {
+TEST(JsonDecodingTest, DeeplyNestedTextIsRefusedOrPassedOverWithoutHarm) {
     constexpr std::size_t depth = 100'000;
     const std::string opening(depth, '[');
     const std::string closing(depth, ']');
@@ -294,7 +267,7 @@ TEST(JsonCodingTest, DeeplyNestedTextIsRefusedOrPassedOverWithoutHarm) {
     EXPECT_EQ(failure(documentWith("extra", objects + "1" + std::string(depth, '}'))), "");
 }
 
-TEST(JsonCodingTest, MessagesAreOneShortLineWhateverTheTextHolds) {
+TEST(JsonDecodingTest, MessagesAreOneShortLineWhateverTheTextHolds) {
     constexpr std::size_t tenMegabytes = 10'000'000;
     for (const std::string& text :
          {std::string(tenMegabytes, 'x'), "\"" + std::string(tenMegabytes, 'x'),
@@ -309,7 +282,7 @@ TEST(JsonCodingTest, MessagesAreOneShortLineWhateverTheTextHolds) {
     }
 }
 
-TEST(JsonCodingTest, TenThousandSplitsDecode) {
+TEST(JsonDecodingTest, TenThousandSplitsDecode) {
     std::string splits;
     for (int index = 1; index <= 10'000; ++index) {
         splits += (index == 1 ? "" : ",") + std::to_string(index / 10'001.0);
@@ -317,114 +290,6 @@ TEST(JsonCodingTest, TenThousandSplitsDecode) {
     const TarvexConfigRef config = decodeTarvexConfig(documentWith(
         "grids", R"([{"id":"g","name":"n","horizontalSplits":[],"verticalSplits":[)" + splits + "]}]"));
     EXPECT_EQ(config->grids()[0]->verticalSplits().size(), 10'000U);
-}
-
-TEST(JsonCodingTest, TheDefaultDocument) {
-    EXPECT_EQ(json::parse(encodeTarvexConfig(*TarvexConfig::makeDefault())), json::parse(R"({
-        "grids": [{"id": "default", "name": "Default", "verticalSplits": [0.5], "horizontalSplits": []}],
-        "defaultGridByDisplayId": {},
-        "cellMarginPoints": 8,
-        "singleSnapModifiers": {"modifiers": 256},
-        "multiSnapModifiers": {"modifiers": 768},
-        "launchAtLogin": false,
-        "hideMenuBarIcon": false,
-        "restoreWindowSizeOnUnsnap": true})"));
-}
-
-TEST(JsonCodingTest, TheDocumentIsCompact) {
-    const std::string text = encodeTarvexConfig(TarvexConfig(everyField()));
-    EXPECT_EQ(text.find_first_of(" \n\t\r"), std::string::npos) << text;
-}
-
-TEST(JsonCodingTest, AnAbsentOptionalLeavesItsKeyOut) {
-    const json document = json::parse(encodeTarvexConfig(*decode(minimalDocument())));
-    EXPECT_EQ(document.size(), 3U);
-    for (const std::string& key : optionalKeys) {
-        EXPECT_FALSE(document.contains(key)) << key;
-    }
-}
-
-TEST(JsonCodingTest, EveryPresentOptionalIsWritten) {
-    const json document = json::parse(encodeTarvexConfig(TarvexConfig(everyField())));
-    EXPECT_EQ(document.size(), 10U);
-    EXPECT_EQ(document["openPreferencesHotkey"], json::parse(R"({"keyCode":43,"modifiers":4294967295})"));
-    EXPECT_EQ(document["multiSnapModifiers"], json::parse(R"({"modifiers":0})"));
-    EXPECT_EQ(document["launchAtLogin"], json(true));
-}
-
-TEST(JsonCodingTest, EncodingRefusesNumbersThatAreNotFinite) {
-    for (const double value :
-         {std::nan(""), std::numeric_limits<double>::infinity(), -std::numeric_limits<double>::infinity()}) {
-        TarvexConfigFields margin = everyField();
-        margin.cellMarginPoints = value;
-        EXPECT_THROW(static_cast<void>(encodeTarvexConfig(TarvexConfig(margin))), EncodingError);
-        TarvexConfigFields split = everyField();
-        split.grids.push_back(
-            std::make_shared<const GridDefinition>("c", "C", std::vector<double>{}, std::vector{0.5, value}));
-        EXPECT_THROW(static_cast<void>(encodeTarvexConfig(TarvexConfig(split))), EncodingError);
-    }
-}
-
-TEST(JsonCodingTest, EncodingRefusesTextThatIsNotUtf8) {
-    TarvexConfigFields fields = everyField();
-    fields.defaultGridByDisplayId["v1-p1-s1"] = "\xff";
-    EXPECT_THROW(static_cast<void>(encodeTarvexConfig(TarvexConfig(fields))), EncodingError);
-}
-
-TEST(JsonCodingTest, TheDefaultsComeBackInEveryField) {
-    const TarvexConfigRef config = TarvexConfig::makeDefault();
-    EXPECT_TRUE(haveSameFields(*decodeTarvexConfig(encodeTarvexConfig(*config)), *config));
-}
-
-TarvexConfigFields randomFields(RandomSource& random) {
-    TarvexConfigFields fields;
-    for (int count = random.integer(0, 4); count > 0; --count) {
-        fields.grids.push_back(std::make_shared<const GridDefinition>(random.text(), random.text(),
-                                                                      random.splits(12), random.splits(12)));
-    }
-    for (int count = random.integer(0, 4); count > 0; --count) {
-        fields.defaultGridByDisplayId[random.text()] = random.text();
-    }
-    fields.cellMarginPoints = random.coin() ? random.integer(0, 40) : random.between(-1e6, 1e6);
-    const auto number = [&] { return random.integer(0U, std::numeric_limits<std::uint32_t>::max()); };
-    const auto hotkey = [&] {
-        return random.coin() ? std::optional(HotkeyDefinition{number(), number()}) : std::nullopt;
-    };
-    const auto modifiers = [&] {
-        return random.coin() ? std::optional(ModifierDefinition{number()}) : std::nullopt;
-    };
-    const auto boolean = [&] { return random.coin() ? std::optional(random.coin()) : std::nullopt; };
-    fields.openEditorHotkey = hotkey();
-    fields.openPreferencesHotkey = hotkey();
-    fields.singleSnapModifiers = modifiers();
-    fields.multiSnapModifiers = modifiers();
-    fields.launchAtLogin = boolean();
-    fields.hideMenuBarIcon = boolean();
-    fields.restoreWindowSizeOnUnsnap = boolean();
-    return fields;
-}
-
-TEST(JsonCodingTest, RandomRecordsComeBackInEveryField) {
-    for (std::uint32_t seed = 1; seed <= 500; ++seed) {
-        SCOPED_TRACE("seed " + std::to_string(seed));
-        RandomSource random(seed);
-        const TarvexConfig config(randomFields(random));
-        ASSERT_TRUE(haveSameFields(*decodeTarvexConfig(encodeTarvexConfig(config)), config));
-    }
-}
-
-TEST(JsonCodingTest, RandomDamageNeverBreaksARule) {
-    const std::string whole = encodeTarvexConfig(TarvexConfig(everyField()));
-    for (std::uint32_t seed = 1; seed <= 3000; ++seed) {
-        SCOPED_TRACE("seed " + std::to_string(seed));
-        RandomSource random(seed);
-        std::string damaged = whole;
-        for (int count = random.integer(1, 4); count > 0; --count) {
-            damaged[random.integer(std::size_t{0}, damaged.size() - 1)] =
-                static_cast<char>(random.integer(-128, 127));
-        }
-        ASSERT_EQ(findBrokenConfigRule(damaged), std::nullopt) << damaged;
-    }
 }
 
 } // namespace
