@@ -53,8 +53,7 @@ FileDescriptor openFile(const std::string& path, int flags, mode_t mode = 0) {
 
 // Links followed; none when nothing can be found there.
 std::optional<struct stat> statusOf(const std::string& path) {
-    struct stat status {};
-
+    struct stat status = {};
     const int result = retryingInterrupted([&] { return ::stat(path.c_str(), &status); });
     return result == 0 ? std::optional(status) : std::nullopt;
 }
@@ -258,8 +257,7 @@ std::string PosixFileManager::readFile(const std::string& path) const {
     // Without blocking, a pipe that nobody writes to opens at once, to be turned away by its kind.
     const FileDescriptor file = openFile(path, O_RDONLY | O_NONBLOCK | O_NOCTTY);
 
-    struct stat status {};
-
+    struct stat status = {};
     if (!file.isOpen() || ::fstat(file.get(), &status) != 0) {
         fail("Cannot read", path, errno);
     }

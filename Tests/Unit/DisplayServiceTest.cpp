@@ -12,6 +12,8 @@ namespace tarvex {
 
 namespace {
 
+using display_fakes::RegistryEntry;
+
 using DisplayServiceTest = DisplayServiceFixture;
 
 TEST_F(DisplayServiceTest, ActiveDisplaysInThePlatformsOrder) {

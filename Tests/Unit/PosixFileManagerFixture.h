@@ -43,8 +43,7 @@ protected:
 
 /// The permission bits of what stands at the path, links followed.
 inline mode_t modeOf(const std::filesystem::path& path) {
-    struct stat status {};
-
+    struct stat status = {};
     return ::stat(path.c_str(), &status) == 0 ? status.st_mode & 07777 : 0;
 }
 

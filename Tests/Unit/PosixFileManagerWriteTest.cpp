@@ -95,13 +95,11 @@ TEST_F(PosixFileManagerWriteTest, KeepsTheOwnerAsFarAsTheUserMay) {
     writeContent(folder.path("file"), "old");
     const bool isGivenAway = chown(folder.path("file").c_str(), 12345, 23456) == 0;
 
-    struct stat before {};
-
+    struct stat before = {};
     ASSERT_EQ(stat(folder.path("file").c_str(), &before), 0);
     files.writeFileAtomically(folder.path("file"), "new");
 
-    struct stat after {};
-
+    struct stat after = {};
     ASSERT_EQ(stat(folder.path("file").c_str(), &after), 0);
     EXPECT_EQ(after.st_uid, before.st_uid);
     EXPECT_EQ(after.st_gid, before.st_gid);
@@ -114,8 +112,7 @@ TEST_F(PosixFileManagerWriteTest, AFileOfAnotherOwnerInTheUsersFolderIsReplaced)
     files.writeFileAtomically(folder.path("file"), "new");
     EXPECT_EQ(contentOf(folder.path("file")), "new");
 
-    struct stat status {};
-
+    struct stat status = {};
     ASSERT_EQ(stat(folder.path("file").c_str(), &status), 0);
     EXPECT_EQ(status.st_uid, geteuid());
 }
