@@ -2,7 +2,7 @@
 find_package(PkgConfig REQUIRED)
 find_package(Qt6 6.2 REQUIRED COMPONENTS Core Gui Widgets)
 pkg_check_modules(TARVEX_XCB REQUIRED IMPORTED_TARGET
-    xcb xcb-xinput xcb-randr xcb-shape xcb-render xcb-xfixes xcb-xkb)
+    xcb xcb-xinput xcb-randr xcb-shape xcb-xfixes xcb-xkb)
 
 tarvex_library(TarvexLinux FOLDERS Platform/Linux
     LINK TarvexApp TarvexPosix Qt6::Core Qt6::Gui Qt6::Widgets PkgConfig::TARVEX_XCB)

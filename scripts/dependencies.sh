@@ -3,7 +3,7 @@
 
 build_packages=(
     build-essential cmake ninja-build pkg-config nlohmann-json3-dev qt6-base-dev libgl-dev
-    libxcb1-dev libxcb-xinput-dev libxcb-randr0-dev libxcb-shape0-dev libxcb-render0-dev libxcb-xfixes0-dev
+    libxcb1-dev libxcb-xinput-dev libxcb-randr0-dev libxcb-shape0-dev libxcb-xfixes0-dev
     libxcb-xkb-dev
 )
 demonstration_packages=(

@@ -7,7 +7,7 @@ namespace tarvex {
 QtXEventSource::QtXEventSource(XEventPump& pump) : notifier_(pump.fileDescriptor(), QSocketNotifier::Read) {
     QObject::connect(&notifier_, &QSocketNotifier::activated, &receiver_, [&pump] { pump.processPending(); });
     QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock,
-                     &receiver_, [&pump] { pump.processPending(); });
+                     &receiver_, [&pump] { pump.processQueued(); });
 }
 
 } // namespace tarvex

@@ -1,5 +1,7 @@
 #include "Platform/Linux/X11/CompositorWatch.h"
 
+#include "Platform/Linux/X11/OverlayParking.h"
+
 #include <xcb/xfixes.h>
 
 #include <string>
@@ -10,12 +12,36 @@ namespace tarvex {
 CompositorWatch::CompositorWatch(XConnection& connection, XEventPump& pump, std::function<void()> changed)
     : connection_(&connection),
       changed_(std::move(changed)),
-      selection_(connection.atom("_NET_WM_CM_S" + std::to_string(connection.screenNumber()))) {
-    subscribe(pump);
+      selection_(connection.atom("_NET_WM_CM_S" + std::to_string(connection.screenNumber()))),
+      witness_(xcb_generate_id(connection.get())) {
+    watchSelection(pump);
+    subscriptions_.push_back(pump.subscribe(XCB_EXPOSE, [this](const xcb_generic_event_t& event) {
+        if (reinterpret_cast<const xcb_expose_event_t&>(event).window == witness_) {
+            update(hasManager_, true);
+        }
+    }));
+    makeWitness();
     readOwner();
 }
 
-void CompositorWatch::subscribe(XEventPump& pump) {
+CompositorWatch::~CompositorWatch() {
+    connection_->discard(xcb_destroy_window_checked(connection_->get(), witness_));
+}
+
+void CompositorWatch::makeWitness() {
+    xcb_create_window_value_list_t attributes{};
+    attributes.override_redirect = 1;
+    attributes.event_mask = XCB_EVENT_MASK_EXPOSURE;
+    connection_->discard(xcb_create_window_aux_checked(
+        connection_->get(), XCB_COPY_FROM_PARENT, witness_, connection_->root(), overlayParking.x,
+        overlayParking.y, overlayParking.width, overlayParking.height, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
+        XCB_COPY_FROM_PARENT, XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK, &attributes));
+    setOverlayProperties(*connection_, witness_);
+    connection_->discard(xcb_map_window_checked(connection_->get(), witness_));
+    lowerToBottom(*connection_, witness_);
+}
+
+void CompositorWatch::watchSelection(XEventPump& pump) {
     const auto* extension = connection_->extension(xcb_xfixes_id);
     // The server takes no other request of this extension before the one for its version.
     if (extension == nullptr || !connection_->take(xcb_xfixes_query_version_reply,
@@ -28,22 +54,27 @@ void CompositorWatch::subscribe(XEventPump& pump) {
             XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
             XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE));
     const auto type = static_cast<std::uint8_t>(extension->first_event + XCB_XFIXES_SELECTION_NOTIFY);
-    subscription_ = pump.subscribe(type, [this](const xcb_generic_event_t& event) {
+    subscriptions_.push_back(pump.subscribe(type, [this](const xcb_generic_event_t& event) {
         const auto& notification = reinterpret_cast<const xcb_xfixes_selection_notify_event_t&>(event);
         if (notification.selection == selection_) {
-            update(notification.owner != XCB_WINDOW_NONE);
+            // The server gives the windows back to themselves when their manager goes, which cannot be seen.
+            const bool hasManager = notification.owner != XCB_WINDOW_NONE;
+            update(hasManager, isWitnessRedirected_ && hasManager);
         }
-    });
+    }));
 }
 
 void CompositorWatch::readOwner() {
     const auto reply = connection_->take(xcb_get_selection_owner_reply,
                                          xcb_get_selection_owner(connection_->get(), selection_));
-    isRunning_ = reply && reply->owner != XCB_WINDOW_NONE;
+    hasManager_ = reply && reply->owner != XCB_WINDOW_NONE;
 }
 
-void CompositorWatch::update(bool isRunning) {
-    if (std::exchange(isRunning_, isRunning) != isRunning) {
+void CompositorWatch::update(bool hasManager, bool isWitnessRedirected) {
+    const bool before = isBlending();
+    hasManager_ = hasManager;
+    isWitnessRedirected_ = isWitnessRedirected;
+    if (isBlending() != before) {
         changed_();
     }
 }

@@ -5,29 +5,43 @@
 
 #include <functional>
 #include <memory>
+#include <vector>
 
 namespace tarvex {
 
-/// Knows whether a compositing manager runs on the connection's screen: whether somebody owns the selection
-/// that stands for one.
+/// Knows whether windows with alpha are blended on the connection's screen.
+///
+/// A compositing manager owns a certain selection, but it may take the windows over up to a second after it
+/// has taken the selection; a window with alpha is solid black until then. So the watch keeps a witness: a
+/// window just off the screen, of which nothing can be exposed until it has a place of its own to be drawn
+/// to.
 class CompositorWatch {
 public:
     /// The connection and the pump must outlive the watch.
-    /// @param changed called when a compositing manager has started or stopped
+    /// @param changed called when the answer has changed
     CompositorWatch(XConnection& connection, XEventPump& pump, std::function<void()> changed);
 
-    [[nodiscard]] bool isRunning() const { return isRunning_; }
+    CompositorWatch(const CompositorWatch&) = delete;
+    CompositorWatch& operator=(const CompositorWatch&) = delete;
+    CompositorWatch(CompositorWatch&&) = delete;
+    CompositorWatch& operator=(CompositorWatch&&) = delete;
+    ~CompositorWatch();
+
+    [[nodiscard]] bool isBlending() const { return hasManager_ && isWitnessRedirected_; }
 
 private:
+    void makeWitness();
+    void watchSelection(XEventPump& pump);
     void readOwner();
-    void subscribe(XEventPump& pump);
-    void update(bool isRunning);
+    void update(bool hasManager, bool isWitnessRedirected);
 
     XConnection* connection_;
     std::function<void()> changed_;
-    xcb_atom_t selection_ = XCB_ATOM_NONE;
-    bool isRunning_ = false;
-    std::unique_ptr<XEventPump::Subscription> subscription_;
+    xcb_atom_t selection_;
+    xcb_window_t witness_;
+    bool hasManager_ = false;
+    bool isWitnessRedirected_ = false;
+    std::vector<std::unique_ptr<XEventPump::Subscription>> subscriptions_;
 };
 
 } // namespace tarvex

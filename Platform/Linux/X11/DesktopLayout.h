@@ -2,6 +2,7 @@
 
 #include "Core/Geometry.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 
@@ -22,8 +23,11 @@ struct PixelRect {
 };
 
 /// Rounds to the nearest whole pixel, halves upwards, so that a shared edge rounds the same from both sides.
+/// A setting may be any number: what lies beyond a million pixels is drawn in, and what is no number counts
+/// as 0.
 [[nodiscard]] inline int roundToPixel(double value) {
-    return static_cast<int>(std::floor(value + 0.5));
+    constexpr double farthest = 1e6;
+    return std::isnan(value) ? 0 : static_cast<int>(std::floor(std::clamp(value, -farthest, farthest) + 0.5));
 }
 
 /// Where screen space and accessibility space lie on the root window. One point is one pixel.

@@ -32,7 +32,7 @@ struct Output {
 struct MonitorRequests {
     Monitor monitor;
     bool isPrimary = false;
-    xcb_get_atom_name_cookie_t name;
+    xcb_get_atom_name_cookie_t name{};
     std::vector<OutputRequests> outputs;
 };
 

@@ -1,26 +1,21 @@
 #include "Platform/Linux/X11/OverlaySurface.h"
 
+#include "Platform/Linux/X11/OverlayParking.h"
 #include "Platform/Linux/X11/SceneDifference.h"
 
 #include <xcb/shape.h>
 
 #include <algorithm>
-#include <array>
+#include <iterator>
 #include <span>
-#include <string_view>
 #include <utility>
 
 namespace tarvex {
 
 namespace {
 
-/// Just outside the root window's top-left corner.
-constexpr PixelRect parked{-1, -1, 1, 1};
 /// Keeps every request below the size that any server takes.
 constexpr std::size_t maxRectanglesPerRequest = 8000;
-constexpr std::string_view title = "Tarvex Zones";
-/// Instance and class, each ended by a null.
-constexpr std::string_view windowClass{"tarvex\0Tarvex\0", 14};
 
 xcb_rectangle_t rectangleOf(const PixelRect& rect) {
     return {static_cast<std::int16_t>(rect.x), static_cast<std::int16_t>(rect.y),
@@ -45,7 +40,7 @@ OverlaySurface::OverlaySurface(XConnection& connection, const OverlayVisual& vis
       window_(xcb_generate_id(connection.get())),
       context_(xcb_generate_id(connection.get())) {
     create();
-    setProperties();
+    setOverlayProperties(connection, window_);
     image_.style = OverlayStyle::blended;
     connection.discard(xcb_map_window_checked(connection.get(), window_));
 }
@@ -64,8 +59,8 @@ void OverlaySurface::create() {
     attributes.event_mask = XCB_EVENT_MASK_EXPOSURE;
     attributes.colormap = visual_->colormap();
     connection_->discard(xcb_create_window_aux_checked(
-        connection, visual_->depth(), window_, connection_->root(), parked.x, parked.y, parked.width,
-        parked.height, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, visual_->id(),
+        connection, visual_->depth(), window_, connection_->root(), overlayParking.x, overlayParking.y,
+        overlayParking.width, overlayParking.height, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, visual_->id(),
         XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK |
             XCB_CW_COLORMAP,
         &attributes));
@@ -73,30 +68,7 @@ void OverlaySurface::create() {
     context.graphics_exposures = 0;
     connection_->discard(
         xcb_create_gc_aux_checked(connection, context_, window_, XCB_GC_GRAPHICS_EXPOSURES, &context));
-    place(parked, false);
-}
-
-void OverlaySurface::setProperties() {
-    connection_->internAtoms({"_NET_WM_NAME", "UTF8_STRING", "_NET_WM_WINDOW_TYPE", "_NET_WM_WINDOW_TYPE_DND",
-                              "_GTK_FRAME_EXTENTS", "_COMPTON_SHADOW"});
-    const auto set = [this](xcb_atom_t property, xcb_atom_t type, std::uint8_t format, std::size_t count,
-                            const void* data) {
-        connection_->discard(xcb_change_property_checked(connection_->get(), XCB_PROP_MODE_REPLACE, window_,
-                                                         property, type, format,
-                                                         static_cast<std::uint32_t>(count), data));
-    };
-    set(XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8, windowClass.size(), windowClass.data());
-    set(XCB_ATOM_WM_NAME, XCB_ATOM_STRING, 8, title.size(), title.data());
-    set(connection_->atom("_NET_WM_NAME"), connection_->atom("UTF8_STRING"), 8, title.size(), title.data());
-    // Of all types, the one for what accompanies a drag is the one that gets no shadow, blur or animation.
-    const xcb_atom_t type = connection_->atom("_NET_WM_WINDOW_TYPE_DND");
-    set(connection_->atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM, 32, 1, &type);
-    // Common rules of compositing managers leave windows with this property, which draw their own edges,
-    // alone.
-    constexpr std::array<std::uint32_t, 4> noExtents{};
-    set(connection_->atom("_GTK_FRAME_EXTENTS"), XCB_ATOM_CARDINAL, 32, noExtents.size(), noExtents.data());
-    constexpr std::uint32_t no = 0;
-    set(connection_->atom("_COMPTON_SHADOW"), XCB_ATOM_CARDINAL, 32, 1, &no);
+    lowerToBottom(*connection_, window_);
 }
 
 void OverlaySurface::setClickThrough(bool isClickThrough) {
@@ -123,8 +95,11 @@ void OverlaySurface::show(OverlayImage image, bool raise) {
     if (image_.style == OverlayStyle::shaped && !isSamePicture) {
         setShape();
     }
-    if (!isShown_ || raise || before.frame != image_.frame) {
-        place(image_.frame, raise);
+    if (raise) {
+        raiseToTop(*connection_, window_);
+    }
+    if (!isShown_ || before.frame != image_.frame) {
+        place(image_.frame);
     }
     isShown_ = true;
     if (isSamePicture) {
@@ -140,24 +115,23 @@ void OverlaySurface::show(OverlayImage image, bool raise) {
 
 void OverlaySurface::hide() {
     if (std::exchange(isShown_, false)) {
-        place(parked, false);
+        // In this order, and not in one request: a compositing manager that is told of both at once, or of
+        // the stacking first, leaves parts of the picture on other windows.
+        place(overlayParking);
+        lowerToBottom(*connection_, window_);
         exposed_ = {};
     }
 }
 
-void OverlaySurface::place(const PixelRect& frame, bool raise) {
+void OverlaySurface::place(const PixelRect& frame) {
     xcb_configure_window_value_list_t values{};
     values.x = frame.x;
     values.y = frame.y;
     values.width = static_cast<std::uint32_t>(std::max(frame.width, 1));
     values.height = static_cast<std::uint32_t>(std::max(frame.height, 1));
-    const bool isParked = frame == parked;
-    values.stack_mode = isParked ? XCB_STACK_MODE_BELOW : XCB_STACK_MODE_ABOVE;
-    const int stacking = isParked || raise ? XCB_CONFIG_WINDOW_STACK_MODE : 0;
     connection_->discard(xcb_configure_window_aux_checked(
         connection_->get(), window_,
-        static_cast<std::uint16_t>(XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH |
-                                   XCB_CONFIG_WINDOW_HEIGHT | stacking),
+        XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT,
         &values));
 }
 

@@ -21,7 +21,7 @@ struct OverlayImage {
 /// A native window for overlays, which no window manager touches. Its requests wait for nothing and are not
 /// flushed.
 ///
-/// It is mapped once, when it is made. While hidden it is one pixel just off the screen, below all windows: a
+/// It is mapped once, when it is made. While hidden it is one pixel off the screen, below all windows: a
 /// compositing manager then keeps no picture of it and draws nothing, nobody animates or delays it when it
 /// comes, and it does not stand between a full-screen program and the screen. Growing it to its place shows
 /// it within the compositing manager's next frame, and never with an old picture, since its pixels are new.
@@ -63,9 +63,8 @@ public:
 
 private:
     void create();
-    void setProperties();
     void applyStyle(OverlayStyle style);
-    void place(const PixelRect& frame, bool raise);
+    void place(const PixelRect& frame);
     void setShape();
     void draw(const std::vector<PixelFill>& tiles);
 

@@ -64,8 +64,8 @@ OverlayImage OverlayWindow::makeImage() const {
     const ScenePlacement placement{attributes_.contentRect, platform_->layout_->layout(),
                                    platform_->accentColor_()};
     Scene whole;
-    whole.primitives.push_back(FillRect{{0, 0, attributes_.contentRect.width, attributes_.contentRect.height},
-                                        attributes_.backgroundColor});
+    whole.primitives.emplace_back(FillRect{
+        {0, 0, attributes_.contentRect.width, attributes_.contentRect.height}, attributes_.backgroundColor});
     whole.primitives.insert(whole.primitives.end(), scene_.primitives.begin(), scene_.primitives.end());
     const OverlayStyle style = platform_->style();
     return {placement.layout.pixelsOfScreenRect(placement.viewFrame), style,

@@ -95,7 +95,6 @@ void StrutTracker::watch() {
     markStaleOn<xcb_configure_notify_event_t>(XCB_CONFIGURE_NOTIFY);
     markStaleOn<xcb_map_notify_event_t>(XCB_MAP_NOTIFY);
     markStaleOn<xcb_unmap_notify_event_t>(XCB_UNMAP_NOTIFY);
-    markStaleOn<xcb_reparent_notify_event_t>(XCB_REPARENT_NOTIFY);
 }
 
 void StrutTracker::handleProperty(const xcb_property_notify_event_t& event) {

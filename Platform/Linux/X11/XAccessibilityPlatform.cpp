@@ -52,7 +52,7 @@ XAccessibilityPlatform::XAccessibilityPlatform(XConnection& connection, XEventPu
     : connection_(&connection),
       layout_(&layout),
       finder_(connection, std::move(ownClients)),
-      placer_(connection, pump, layout) {}
+      placer_(connection, pump, layout, {}) {}
 
 bool XAccessibilityPlatform::isProcessTrusted(bool /*showsPrompt*/) {
     return true;

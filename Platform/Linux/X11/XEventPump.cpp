@@ -34,21 +34,30 @@ std::unique_ptr<XEventPump::Subscription> XEventPump::add(Registrations& registr
 }
 
 void XEventPump::processPending() {
+    // One read takes in all that has arrived, as a rule; what it leaves keeps the descriptor readable.
+    process(&xcb_poll_for_event);
+}
+
+void XEventPump::processQueued() {
+    process(&xcb_poll_for_queued_event);
+}
+
+void XEventPump::process(xcb_generic_event_t* (*firstEvent)(xcb_connection_t*)) {
     if (isProcessing_) {
         return;
     }
     isProcessing_ = true;
-    bool handledAny = false;
+    XcbOwned<xcb_generic_event_t> event(firstEvent(connection_->get()));
     do {
-        handledAny = false;
-        while (const XcbOwned<xcb_generic_event_t> event{xcb_poll_for_event(connection_->get())}) {
+        while (event) {
             dispatch(*event);
-            handledAny = true;
+            event.reset(xcb_poll_for_queued_event(connection_->get()));
         }
         call(turnEnd_, {});
         connection_->flush();
         // The work at the end of the turn may have waited for a reply and so taken more events in.
-    } while (handledAny);
+        event.reset(xcb_poll_for_queued_event(connection_->get()));
+    } while (event);
     isProcessing_ = false;
     if (connection_->isBroken() && connectionLost_) {
         std::exchange(connectionLost_, nullptr)();

@@ -10,9 +10,9 @@
 
 namespace tarvex {
 
-/// Hands the events of a connection to those who wait for them. It reads what has arrived and never waits;
-/// the main loop calls processPending() when the connection's file descriptor is readable, and before it goes
-/// to sleep, since a wait for a reply may have taken events off the descriptor.
+/// Hands the events of a connection to those who wait for them. It reads what has arrived and never waits.
+/// The main loop calls processPending() when the connection's file descriptor is readable, and
+/// processQueued() before it goes to sleep, since a wait for a reply may have taken events off the descriptor.
 class XEventPump {
 public:
     using EventHandler = std::function<void(const xcb_generic_event_t&)>;
@@ -48,9 +48,12 @@ public:
     /// Calls the handler once, when the connection breaks.
     void setConnectionLostHandler(std::function<void()> handler) { connectionLost_ = std::move(handler); }
 
-    /// Handles all events that have arrived, then ends the turn and flushes. Calls from within a handler do
-    /// nothing.
+    /// Handles the events that have arrived, then ends the turn and flushes. When so many have arrived that one
+    /// read does not take them all, the descriptor stays readable. Calls from within a handler do nothing.
     void processPending();
+
+    /// The same for events that were read before; does not touch the descriptor.
+    void processQueued();
 
     /// The descriptor that becomes readable when events arrive.
     [[nodiscard]] int fileDescriptor() const;
@@ -64,6 +67,7 @@ private:
     using Registrations = std::list<std::shared_ptr<Registration>>;
 
     [[nodiscard]] std::unique_ptr<Subscription> add(Registrations& registrations, EventHandler handler);
+    void process(xcb_generic_event_t* (*firstEvent)(xcb_connection_t*));
     void dispatch(const xcb_generic_event_t& event);
     static void call(const Registrations& registrations, const xcb_generic_event_t& event);
 

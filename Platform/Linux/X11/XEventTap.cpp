@@ -131,13 +131,13 @@ void XEventTap::handleTurnEnd() {
         return;
     }
     const bool isReallyDown = takeSnapshot();
-    if (isReallyDown || !isButtonConfirmed_) {
-        isButtonConfirmed_ = isReallyDown;
-        static_cast<void>(deliverPendingMotion());
+    const bool isReleased = isButtonConfirmed_ && !isReallyDown;
+    isButtonConfirmed_ = isReallyDown;
+    // The motion led up to the release: what it passed over counts.
+    if (!deliverPendingMotion() || !isReleased) {
         return;
     }
     // The release went by unseen, or has only just come in and will find the button up.
-    isMotionPending_ = false;
     setButtonDown(false);
     static_cast<void>(deliver(EventType::leftMouseUp));
 }
@@ -194,7 +194,7 @@ bool XEventTap::deliver(EventType type) {
     const XPointer::Hold hold(*pointer_);
     const TapEvent event{type, flags_};
     request_.callback(this, type, &event, request_.refcon);
-    return !life.expired();
+    return !life.expired() && isListening();
 }
 
 void XEventTap::selectInput(std::uint16_t device, std::uint32_t eventMask) {

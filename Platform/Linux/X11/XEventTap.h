@@ -49,7 +49,7 @@ private:
     /// One question to the server; true when it says that the first button is down.
     [[nodiscard]] bool takeSnapshot();
     void setButtonDown(bool isDown);
-    /// Both give false when the callback destroyed the tap.
+    /// Both give false when the callback destroyed the tap or took it off the run loop.
     [[nodiscard]] bool deliverPendingMotion();
     [[nodiscard]] bool deliver(EventType type);
 

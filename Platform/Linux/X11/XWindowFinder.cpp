@@ -37,6 +37,7 @@ template <std::size_t count>
 std::vector<xcb_atom_t> atomsOf(XConnection& connection, const std::array<std::string_view, count>& names) {
     connection.internAtoms({names.begin(), names.end()});
     std::vector<xcb_atom_t> atoms;
+    atoms.reserve(count);
     for (const std::string_view name : names) {
         atoms.push_back(connection.atom(name));
     }

@@ -3,28 +3,39 @@
 #include "Core/Geometry.h"
 #include "Platform/Linux/X11/DesktopLayout.h"
 #include "Platform/Linux/X11/XEventPump.h"
-#include "Platform/Linux/X11/XWindowGeometry.h"
+#include "Platform/Linux/X11/XWindowSteering.h"
 
-#include <array>
 #include <chrono>
 #include <cstdint>
 #include <memory>
 #include <optional>
-#include <vector>
 
 namespace tarvex {
 
-/// Moves and sizes managed windows so that what the user sees of them lands on the requested pixels. It asks
-/// the window manager, by one message for position and size together, and never the window's owner. Without a
-/// window manager that takes such messages it configures the window itself.
+/// Moves and sizes managed windows so that what the user sees of them lands on the requested pixels, position
+/// and size at once.
 ///
 /// A maximised, full-screen or shaded window is restored first. Since that changes its borders, at once or
 /// when the client gets round to it, the request is repeated with the new borders until the window has
-/// settled.
+/// settled. It is repeated, too, when the window manager turns out to have maximised the window just then, as
+/// many do with one that is dragged to an edge of the screen.
+///
+/// While the first button is down the window manager may be moving the window itself. That move is called off
+/// first, or it would undo the request.
 class XWindowPlacer {
 public:
+    /// For how long after a request the window's changes are put down to it.
+    struct SettlingTimes {
+        /// A client may take its time to draw its borders anew.
+        std::chrono::milliseconds borders{1000};
+        /// A window manager that lags behind the release of the button does not, and whoever maximises a
+        /// window later than that means it.
+        std::chrono::milliseconds state{300};
+    };
+
     /// All must outlive the placer.
-    XWindowPlacer(XConnection& connection, XEventPump& pump, DesktopLayoutProvider& layout);
+    XWindowPlacer(XConnection& connection, XEventPump& pump, DesktopLayoutProvider& layout,
+                  SettlingTimes times);
 
     /// Places the top-left corner of the visible frame (accessibility space), or sets its extent. The first
     /// of the two waits for its counterpart until the end of the turn. 0, or the X error code that came
@@ -35,70 +46,30 @@ public:
     /// Sends what waits for its counterpart.
     void sendPending();
 
-    /// Leaves a window that was restored as it is from now on.
+    /// Leaves the window that was placed last as it is from now on.
     void stopSettling();
 
 private:
-    /// What a request to the window has to take into account.
-    struct Context {
-        XWindowGeometry geometry;
-        std::vector<std::uint32_t> states;
-        /// What this connection listens to on the window, for others of its parts.
-        std::uint32_t eventMask = 0;
-        bool hasManager = false;
-        bool managerTakesMessages = false;
-        bool managerCancelsMoves = false;
-        bool isButtonDown = false;
-    };
-
     struct Pending {
         xcb_window_t window = XCB_WINDOW_NONE;
-        Context context;
+        XWindowSituation situation;
         std::optional<Point> position;
         std::optional<Size> size;
     };
 
-    /// The visible frame asked for, on the root window.
-    struct Target {
-        std::optional<int> x;
-        std::optional<int> y;
-        std::optional<int> width;
-        std::optional<int> height;
-    };
-
-    /// A window that was restored and may still change its borders.
+    /// A window that was placed and may still change its borders or its state because of that.
     struct Settling {
         xcb_window_t window = XCB_WINDOW_NONE;
-        Context context;
-        Target target;
-        std::chrono::steady_clock::time_point deadline;
+        XWindowSituation situation;
+        XWindowTarget target;
+        std::chrono::steady_clock::time_point start;
         bool isChanged = false;
     };
 
-    struct Atoms {
-        xcb_atom_t moveResize;
-        xcb_atom_t interactiveMove;
-        xcb_atom_t supported;
-        xcb_atom_t state;
-        xcb_atom_t maximizedVertically;
-        xcb_atom_t maximizedHorizontally;
-        xcb_atom_t fullScreen;
-        xcb_atom_t shaded;
-        xcb_atom_t decoration;
-        xcb_atom_t invisible;
-    };
-
-    [[nodiscard]] static Atoms internAtoms(XConnection& connection);
     [[nodiscard]] std::int32_t prepare(xcb_window_t window);
-    [[nodiscard]] Context readContext(xcb_window_t window);
-    [[nodiscard]] Target targetOf(const Pending& pending);
-    void cancelInteractiveMove(xcb_window_t window, const Context& context);
-    void restore(xcb_window_t window, const Context& context);
-    void place(xcb_window_t window, const Context& context, const Target& target);
-    void configure(xcb_window_t window, const std::array<std::optional<int>, 4>& values);
-    void sendToManager(xcb_window_t window, xcb_atom_t type, const std::array<std::uint32_t, 5>& data);
-
-    void startSettling(const Pending& pending, const Target& target);
+    void sendIfComplete();
+    [[nodiscard]] XWindowTarget targetOf(const Pending& pending);
+    void startSettling(const Pending& pending, const XWindowTarget& target);
     void handlePropertyChange(const xcb_generic_event_t& event);
     void handleTurnEnd();
     void settle();
@@ -106,9 +77,10 @@ private:
 
     XConnection* connection_;
     DesktopLayoutProvider* layout_;
-    Atoms atoms_;
-    std::optional<Pending> pending_;
-    std::optional<Settling> settling_;
+    SettlingTimes times_;
+    XWindowSteering steering_;
+    std::unique_ptr<Pending> pending_;
+    std::unique_ptr<Settling> settling_;
     std::unique_ptr<XEventPump::Subscription> propertyChanges_;
     std::unique_ptr<XEventPump::Subscription> turnEnd_;
 };

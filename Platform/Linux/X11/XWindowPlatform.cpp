@@ -40,7 +40,7 @@ std::unique_ptr<Window> XWindowPlatform::makeWindow(const WindowAttributes& attr
 }
 
 OverlayStyle XWindowPlatform::style() const {
-    return compositor_.isRunning() && visual_->hasAlpha() ? OverlayStyle::blended : OverlayStyle::shaped;
+    return compositor_.isBlending() && visual_->hasAlpha() ? OverlayStyle::blended : OverlayStyle::shaped;
 }
 
 std::unique_ptr<OverlaySurface> XWindowPlatform::takeSurface() {
@@ -71,11 +71,7 @@ void XWindowPlatform::handleCompositorChange() {
     for (OverlayWindow* window : windows_) {
         window->invalidate();
     }
-    // When one has stopped, a blended window is a black screen. One that starts takes the windows over a
-    // moment later, and only then may they be blended; handleExpose() sees that moment.
-    if (!compositor_.isRunning()) {
-        scheduleUpdate();
-    }
+    scheduleUpdate();
 }
 
 void XWindowPlatform::handleExpose(const xcb_generic_event_t& event) {

@@ -39,8 +39,10 @@ public:
     XScreenPlatform screens;
 };
 
-/// The panel's window and strut for a strip along the edge of a monitor, both in root pixels.
+/// The edge of a monitor that a panel stands at.
 enum class PanelEdge { left, right, top, bottom };
+
+/// The panel's window and strut for a strip along the edge of a monitor, both in root pixels.
 [[nodiscard]] test::TestWindowOptions dockOptions(const test::PixelRect& root, const test::PixelRect& monitor,
                                                   PanelEdge edge, int depth);
 

@@ -30,12 +30,6 @@ private:
 
 class EventTapX11World final : public EventTapWorld {
 public:
-    ~EventTapX11World() override {
-        if (isCapsLockOn_) {
-            toggleCapsLock();
-        }
-    }
-
     EventTapPlatform& platform() override { return adapters_.taps; }
 
     PointerPlatform& pointer() override { return wholePoints_; }
@@ -50,6 +44,8 @@ public:
     void releaseButton() override { mouse_.release(); }
 
     void moveTo(Point point) override {
+        // A person moves no faster than the tap can ask for motion after the press.
+        adapters_.awaitServer();
         mouse_.moveTo({static_cast<int>(point.x), screenHeight - 1 - static_cast<int>(point.y)});
     }
 
@@ -63,10 +59,8 @@ public:
 
     void typeLetter() override { keyboard_.tap(letterA); }
 
-    void toggleCapsLock() override {
-        keyboard_.tap(test::key::capsLock);
-        isCapsLockOn_ = !isCapsLockOn_;
-    }
+    // The keyboard ends with the server.
+    void toggleCapsLock() override { keyboard_.tap(test::key::capsLock); }
 
     bool waitUntil(const std::function<bool()>& condition) override { return adapters_.waitUntil(condition); }
 
@@ -97,7 +91,6 @@ private:
     WholePoints wholePoints_{adapters_.pointer};
     test::Pointer mouse_{server_.displayName()};
     test::Keyboard keyboard_{server_.displayName()};
-    bool isCapsLockOn_ = false;
 };
 
 INSTANTIATE_TEST_SUITE_P(X11, EventTapContract,

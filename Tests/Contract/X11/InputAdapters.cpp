@@ -50,8 +50,14 @@ bool XInputAdapters::waitUntil(const std::function<bool()>& condition) {
     }
 }
 
-void XInputAdapters::catchUp() {
+void XInputAdapters::awaitServer() {
     static_cast<void>(connection->take(xcb_get_input_focus_reply, xcb_get_input_focus(connection->get())));
+}
+
+void XInputAdapters::catchUp() {
+    awaitServer();
+    pump.processPending();
+    awaitServer();
     pump.processPending();
 }
 

@@ -29,7 +29,11 @@ public:
     /// Handles events until the condition holds; false when the patience ended first.
     bool waitUntil(const std::function<bool()>& condition);
 
-    /// Handles the events of everything that other clients had finished before.
+    /// Returns when the server has dealt with all requests. What it has sent is read, but not handled.
+    void awaitServer();
+
+    /// Handles the events of everything that other clients had finished before. What is asked of the server
+    /// in that has taken effect.
     void catchUp();
 
     /// How many requests the connection sends while the work is done.

@@ -9,6 +9,9 @@ namespace tarvex::contract {
 
 namespace {
 
+/// All but the last column, where the compositor's own desktop shows that it has started to paint.
+constexpr test::PixelRect backgroundArea{0, 0, OverlayDesktop::width - 1, OverlayDesktop::height};
+
 constexpr test::PixelRect markerArea{OverlayDesktop::width - 4, 0, 4, 4};
 
 std::unique_ptr<XConnection> openOrThrow(const std::string& displayName) {
@@ -69,35 +72,70 @@ bool XOverlayAdapters::owns(xcb_window_t window) const {
     return (window & ~setup.resource_id_mask) == setup.resource_id_base;
 }
 
-OverlayDesktop::OverlayDesktop(bool isComposited)
+OverlayDesktop::OverlayDesktop(Composition composition)
     : server(width, height),
-      windowManager(server, test::WindowManagerKind::openbox),
-      background(server.displayName(), plainWindow({0, 0, width, height}, backgroundColor)),
+      background(server.displayName(), plainWindow(backgroundArea, backgroundColor)),
       client(server.displayName()),
-      adapters((isComposited ? static_cast<void>(compositor.emplace(server)) : static_cast<void>(0),
-                server.displayName())),
+      offScreen_(server.displayName(), plainWindow({-100, -100, 1, 1}, 0)),
+      adapters(server.displayName()),
       marker_(server.displayName(), plainWindow(markerArea, 0)) {
+    if (composition == Composition::xfwm4) {
+        startXfwm4();
+    } else {
+        openbox_.emplace(server, test::WindowManagerKind::openbox);
+    }
+    if (composition == Composition::picom) {
+        startCompositor();
+    }
     settle();
 }
 
+void OverlayDesktop::startXfwm4() {
+    test::Command command;
+    command.environment = server.clientEnvironment("xfwm4");
+    command.arguments = {"dbus-run-session", "--", "xfwm4", "--compositor=on"};
+    xfwm4_.emplace(command);
+    client.waitUntil(
+        [this] {
+            return client.hasProperty(client.root(), "_NET_SUPPORTED") && isRedirected(offScreen_.id());
+        },
+        "xfwm4 has taken the windows over");
+}
+
 void OverlayDesktop::startCompositor() {
-    compositor.emplace(server);
+    compositor_.emplace(server);
+    client.waitUntil([this] { return isRedirected(offScreen_.id()); }, "picom has taken the windows over");
+    adapters.catchUp();
 }
 
 void OverlayDesktop::stopCompositor() {
-    compositor.reset();
+    compositor_.reset();
+    client.waitUntil([this] { return !isRedirected(offScreen_.id()); }, "the windows are on their own again");
+    adapters.catchUp();
+}
+
+bool OverlayDesktop::isRedirected(xcb_window_t window) {
+    // A window off the screen has pixels to read only if it is drawn to a place of its own.
+    const test::Owned<xcb_get_image_reply_t> image(xcb_get_image_reply(
+        client.connection(),
+        xcb_get_image(client.connection(), XCB_IMAGE_FORMAT_Z_PIXMAP, window, 0, 0, 1, 1, ~0U), nullptr));
+    return image != nullptr;
 }
 
 void OverlayDesktop::settle() {
     adapters.catchUp();
-    windowManager.barrier();
+    if (openbox_) {
+        openbox_->barrier();
+    }
     adapters.catchUp();
     markerColor_ = markerColor_ == 0xFF0000 ? 0x00FF00 : 0xFF0000;
     xcb_connection_t* connection = marker_.client().connection();
     xcb_change_window_attributes(connection, marker_.id(), XCB_CW_BACK_PIXEL, &markerColor_);
     xcb_clear_area(connection, 0, marker_.id(), 0, 0, 0, 0);
     marker_.client().sync();
-    const bool isShown = adapters.waitUntil([this] { return pixel({width - 1, 0}) == markerColor_; });
+    const bool isShown = adapters.waitUntil([this] {
+        return pixel({markerArea.x, markerArea.y}) == markerColor_;
+    });
     if (!isShown) {
         throw std::runtime_error("timed out waiting until the screen is up to date");
     }

@@ -2,6 +2,7 @@
 
 #include "Platform/Linux/X11/MonitorTracker.h"
 #include "Platform/Linux/X11/XWindowPlatform.h"
+#include "Tests/Support/X11/ChildProcess.h"
 #include "Tests/Support/X11/Compositor.h"
 #include "Tests/Support/X11/Screenshot.h"
 #include "Tests/Support/X11/TestWindow.h"
@@ -40,16 +41,33 @@ public:
     XWindowPlatform windows;
 };
 
-/// A private X server with a window manager, over whose whole screen lies another program's window of one
-/// dark colour, and the overlay adapter.
+/// Who composes the screen from the windows' pictures.
+enum class Composition : std::uint8_t { none, picom, xfwm4 };
+
+/// Fit for the name of a test.
+inline constexpr auto compositionName = [](const auto& info) {
+    switch (info.param) {
+    case Composition::picom:
+        return "UnderPicom";
+    case Composition::xfwm4:
+        return "UnderXfwm4";
+    case Composition::none:
+        break;
+    }
+    return "WithoutCompositor";
+};
+
+/// A private X server with a window manager, over whose screen, but for the last column, lies another
+/// program's window of one dark colour, and the overlay adapter.
 class OverlayDesktop {
 public:
     static constexpr int width = 1280;
     static constexpr int height = 1024;
     static constexpr std::uint32_t backgroundColor = 0x203040;
 
-    explicit OverlayDesktop(bool isComposited);
+    explicit OverlayDesktop(Composition composition);
 
+    /// Returns when the compositor has taken the windows over and the adapter knows.
     void startCompositor();
     void stopCompositor();
 
@@ -65,13 +83,23 @@ public:
     [[nodiscard]] std::vector<xcb_window_t> nativeWindows();
 
     test::XServer server;
-    test::WindowManager windowManager;
     test::TestWindow background;
     test::XClient client;
-    std::optional<test::Compositor> compositor;
+
+private:
+    void startXfwm4();
+
+    std::optional<test::WindowManager> openbox_;
+    std::optional<test::ChildProcess> xfwm4_;
+    std::optional<test::Compositor> compositor_;
+    test::TestWindow offScreen_;
+
+public:
     XOverlayAdapters adapters;
 
 private:
+    [[nodiscard]] bool isRedirected(xcb_window_t window);
+
     /// A spot in the top right corner that changes its colour on demand: whoever composes the screen has
     /// composed all earlier changes when that one can be seen.
     test::TestWindow marker_;

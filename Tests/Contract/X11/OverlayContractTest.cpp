@@ -17,8 +17,8 @@ test::PixelPoint rootPointOf(Point point) {
 
 class OverlayX11World final : public OverlayWindowWorld {
 public:
-    explicit OverlayX11World(bool isComposited)
-        : desktop_(isComposited), pointer_(desktop_.server.displayName()) {}
+    explicit OverlayX11World(Composition composition)
+        : desktop_(composition), pointer_(desktop_.server.displayName()) {}
 
     WindowPlatform& windows() override { return desktop_.adapters.windows; }
 
@@ -78,8 +78,9 @@ bool OverlayX11World::hasKeyboard() {
 
 INSTANTIATE_TEST_SUITE_P(
     X11, OverlayWindowContract,
-    ::testing::Values(worldFactory<OverlayWindowWorld, OverlayX11World>("WithoutCompositor", false),
-                      worldFactory<OverlayWindowWorld, OverlayX11World>("UnderPicom", true)),
+    ::testing::Values(worldFactory<OverlayWindowWorld, OverlayX11World>("WithoutCompositor",
+                                                                        Composition::none),
+                      worldFactory<OverlayWindowWorld, OverlayX11World>("UnderPicom", Composition::picom)),
     worldName);
 
 } // namespace

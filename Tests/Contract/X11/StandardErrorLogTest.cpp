@@ -4,23 +4,23 @@
 
 #include <array>
 #include <csignal>
+#include <ctime>
 #include <fcntl.h>
 #include <stdexcept>
 #include <string>
 #include <sys/socket.h>
 #include <unistd.h>
+#include <utility>
 
 namespace tarvex {
 namespace {
 
-// Standard error goes to a socket that keeps the bounds of each write, for the life of the object.
+// Standard error goes elsewhere for the life of the object.
 class RedirectedStandardError {
 public:
-    RedirectedStandardError() : saved_(dup(STDERR_FILENO)) {
-        if (saved_ < 0 || socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_NONBLOCK, 0, ends_.data()) != 0) {
-            throw std::runtime_error("standard error cannot be redirected");
-        }
-        dup2(ends_[1], STDERR_FILENO);
+    RedirectedStandardError(int reader, int writer) : reader_(reader), saved_(dup(STDERR_FILENO)) {
+        dup2(writer, STDERR_FILENO);
+        close(writer);
     }
 
     RedirectedStandardError(const RedirectedStandardError&) = delete;
@@ -31,31 +31,60 @@ public:
     ~RedirectedStandardError() {
         dup2(saved_, STDERR_FILENO);
         close(saved_);
-        close(ends_[1]);
         closeReader();
     }
 
-    // What one write brought; empty when there was none.
-    std::string read() {
-        std::array<char, 65'536> buffer{};
-        const ssize_t count = ::read(ends_[0], buffer.data(), buffer.size());
-        return count > 0 ? std::string(buffer.data(), static_cast<std::size_t>(count)) : std::string{};
+    // What arrived, up to a size; empty when nothing did.
+    std::string read(std::size_t size = 65'536) {
+        std::string text(size, '\0');
+        const ssize_t count = ::read(reader_, text.data(), text.size());
+        text.resize(count > 0 ? static_cast<std::size_t>(count) : 0);
+        return text;
     }
 
     void closeReader() {
-        if (ends_[0] >= 0) {
-            close(ends_[0]);
-            ends_[0] = -1;
+        if (reader_ >= 0) {
+            close(std::exchange(reader_, -1));
         }
     }
 
 private:
+    int reader_;
     int saved_;
-    std::array<int, 2> ends_{-1, -1};
+};
+
+std::array<int, 2> makeSocketPair() {
+    std::array<int, 2> ends{};
+    if (socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_NONBLOCK, 0, ends.data()) != 0) {
+        throw std::runtime_error("no socket pair");
+    }
+    return ends;
+}
+
+std::array<int, 2> makePipe() {
+    std::array<int, 2> ends{};
+    if (pipe(ends.data()) != 0) {
+        throw std::runtime_error("no pipe");
+    }
+    return ends;
+}
+
+// A socket keeps the bounds of each write.
+class SocketStandardError : public RedirectedStandardError {
+public:
+    explicit SocketStandardError(const std::array<int, 2>& ends = makeSocketPair())
+        : RedirectedStandardError(ends[0], ends[1]) {}
+};
+
+// A pipe fills up and tells of a lost reader with a signal.
+class PipedStandardError : public RedirectedStandardError {
+public:
+    explicit PipedStandardError(const std::array<int, 2>& ends = makePipe())
+        : RedirectedStandardError(ends[0], ends[1]) {}
 };
 
 TEST(StandardErrorLogTest, SystemLogLineIsPlain) {
-    RedirectedStandardError standardError;
+    SocketStandardError standardError;
     StandardErrorLog log;
     log.systemLog("SnapController.snapAndHide: visibleFrame=nil");
     EXPECT_EQ(standardError.read(), "SnapController.snapAndHide: visibleFrame=nil\n");
@@ -63,7 +92,7 @@ TEST(StandardErrorLogTest, SystemLogLineIsPlain) {
 }
 
 TEST(StandardErrorLogTest, UnifiedLogLineNamesWhereItCameFrom) {
-    RedirectedStandardError standardError;
+    SocketStandardError standardError;
     StandardErrorLog log;
     log.unifiedLogError("Tarvex", "ConfigStore", "Failed to decode: \u00e4\u65e5");
     EXPECT_EQ(standardError.read(), "Tarvex [ConfigStore] error: Failed to decode: \u00e4\u65e5\n");
@@ -71,7 +100,7 @@ TEST(StandardErrorLogTest, UnifiedLogLineNamesWhereItCameFrom) {
 }
 
 TEST(StandardErrorLogTest, EachMessageIsOneWriteAndOneLine) {
-    RedirectedStandardError standardError;
+    SocketStandardError standardError;
     StandardErrorLog log;
     log.systemLog("one\ntwo\r\nthree\n");
     log.unifiedLogError("Tarvex", "ConfigStore", "a\nb");
@@ -83,7 +112,7 @@ TEST(StandardErrorLogTest, EachMessageIsOneWriteAndOneLine) {
 }
 
 TEST(StandardErrorLogTest, OverlongMessageIsCutBetweenCharacters) {
-    RedirectedStandardError standardError;
+    SocketStandardError standardError;
     StandardErrorLog log;
     for (const std::string& start : {std::string{}, std::string("a"), std::string("ab")}) {
         std::string message = start;
@@ -102,42 +131,58 @@ TEST(StandardErrorLogTest, OverlongMessageIsCutBetweenCharacters) {
 }
 
 TEST(StandardErrorLogTest, MessageOfTheLargestSizeIsWhole) {
-    RedirectedStandardError standardError;
+    SocketStandardError standardError;
     StandardErrorLog log;
     log.systemLog(std::string(4095, 'x'));
     EXPECT_EQ(standardError.read(), std::string(4095, 'x') + "\n");
 }
 
 TEST(StandardErrorLogTest, ReaderThatIsGoneIsNoFailure) {
-    RedirectedStandardError standardError;
-    standardError.closeReader();
-    StandardErrorLog log;
-    log.systemLog("nobody reads this");
+    const auto previous = signal(SIGPIPE, SIG_DFL);
+    {
+        PipedStandardError standardError;
+        standardError.closeReader();
+        StandardErrorLog log;
+        log.systemLog("nobody reads this");
+    }
     sigset_t pending;
     sigpending(&pending);
     EXPECT_EQ(sigismember(&pending, SIGPIPE), 0);
     sigset_t blocked;
     pthread_sigmask(SIG_BLOCK, nullptr, &blocked);
     EXPECT_EQ(sigismember(&blocked, SIGPIPE), 0);
+    signal(SIGPIPE, previous);
+}
+
+TEST(StandardErrorLogTest, SignalThatSomebodyElseHoldsBackStaysPending) {
+    sigset_t brokenPipe;
+    sigemptyset(&brokenPipe);
+    sigaddset(&brokenPipe, SIGPIPE);
+    sigset_t previous;
+    pthread_sigmask(SIG_BLOCK, &brokenPipe, &previous);
+    raise(SIGPIPE);
+    {
+        PipedStandardError standardError;
+        standardError.closeReader();
+        StandardErrorLog log;
+        log.systemLog("nobody reads this");
+    }
+    sigset_t pending;
+    sigpending(&pending);
+    EXPECT_EQ(sigismember(&pending, SIGPIPE), 1);
+    const timespec noWait{};
+    EXPECT_EQ(sigtimedwait(&brokenPipe, nullptr, &noWait), SIGPIPE);
+    pthread_sigmask(SIG_SETMASK, &previous, nullptr);
 }
 
 TEST(StandardErrorLogTest, ReaderThatDoesNotReadIsNotWaitedFor) {
-    std::array<int, 2> ends{};
-    ASSERT_EQ(pipe(ends.data()), 0);
-    const int saved = dup(STDERR_FILENO);
-    dup2(ends[1], STDERR_FILENO);
+    PipedStandardError standardError;
     StandardErrorLog log;
     // Far more than a pipe takes; waiting for room would last for ever.
     for (int round = 0; round < 2000; ++round) {
         log.systemLog(std::string(1000, 'x'));
     }
-    dup2(saved, STDERR_FILENO);
-    close(saved);
-    close(ends[1]);
-    std::array<char, 1001> line{};
-    EXPECT_EQ(read(ends[0], line.data(), line.size()), 1001);
-    EXPECT_EQ(std::string(line.data(), line.size()), std::string(1000, 'x') + "\n");
-    close(ends[0]);
+    EXPECT_EQ(standardError.read(1001), std::string(1000, 'x') + "\n");
 }
 
 TEST(StandardErrorLogTest, ClosedStandardErrorIsNoFailure) {

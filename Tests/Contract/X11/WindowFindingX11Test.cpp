@@ -153,6 +153,7 @@ TEST_F(WindowFindingX11, TypesThatNobodyMovesAreNone) {
     setManaged(window);
     const auto isFoundAs = [&](const std::vector<std::string>& types) {
         std::vector<std::uint32_t> atoms;
+        atoms.reserve(types.size());
         for (const std::string& type : types) {
             atoms.push_back(other_.atom(type));
         }

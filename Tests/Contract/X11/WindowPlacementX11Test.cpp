@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <csignal>
 #include <optional>
 #include <string>
@@ -32,12 +33,15 @@ protected:
         return adapters_.windowAt(window.titleBarPoint());
     }
 
+    static PixelRect frameOf(const ManagedWindow& window) {
+        return window.visibleFrame().value_or(PixelRect{});
+    }
+
     testing::AssertionResult comesTo(const ManagedWindow& window, const PixelRect& frame) {
         if (adapters_.waitUntil([&] { return window.visibleFrame() == frame; })) {
             return testing::AssertionSuccess();
         }
-        return testing::AssertionFailure()
-               << "visible frame is " << test::describe(window.visibleFrame().value_or(PixelRect{}));
+        return testing::AssertionFailure() << "visible frame is " << test::describe(frameOf(window));
     }
 
     testing::AssertionResult staysAt(const ManagedWindow& window, const PixelRect& frame) {
@@ -45,8 +49,7 @@ protected:
         if (window.visibleFrame() == frame) {
             return testing::AssertionSuccess();
         }
-        return testing::AssertionFailure()
-               << "visible frame is " << test::describe(window.visibleFrame().value_or(PixelRect{}));
+        return testing::AssertionFailure() << "visible frame is " << test::describe(frameOf(window));
     }
 
     /// Everything that follows from what was done so far has happened.
@@ -58,6 +61,26 @@ protected:
         adapters_.catchUp();
     }
 
+    /// Places a window by a placer that never gives up on it.
+    void placePatiently(test::TestWindow& window, const PixelRect& frame) {
+        patientPlacer_.emplace(*adapters_.connection, adapters_.pump, adapters_.layout,
+                               XWindowPlacer::SettlingTimes{std::chrono::hours(1), std::chrono::hours(1)});
+        const Point origin = adapters_.layout.value.accessibilityPointOfPixel(frame.x, frame.y);
+        ASSERT_EQ(patientPlacer_->setPosition(window.id(), origin), 0);
+        const Size size{static_cast<double>(frame.width), static_cast<double>(frame.height)};
+        ASSERT_EQ(patientPlacer_->setSize(window.id(), size), 0);
+    }
+
+    void maximize(test::TestWindow& window) {
+        window.changeState(true, "_NET_WM_STATE_MAXIMIZED_VERT", "_NET_WM_STATE_MAXIMIZED_HORZ");
+        window.client().sync();
+        ASSERT_TRUE(window.client().waitFor([&] { return isMaximized(window.managed()); }));
+    }
+
+    static bool isMaximized(const ManagedWindow& window) {
+        return window.hasState("_NET_WM_STATE_MAXIMIZED_VERT");
+    }
+
     void pressTitleBarOf(const ManagedWindow& window) {
         mouse_.moveTo(window.titleBarPoint());
         mouse_.press();
@@ -65,7 +88,7 @@ protected:
 
     /// Holds the window by its title bar when it returns, moved from where it was.
     void dragAway(const ManagedWindow& window) {
-        const PixelRect before = window.visibleFrame().value();
+        const PixelRect before = frameOf(window);
         pressTitleBarOf(window);
         manager_.barrier();
         int step = 0;
@@ -81,6 +104,7 @@ protected:
     test::WindowManager manager_{server_, GetParam()};
     XInputAdapters adapters_{server_.displayName()};
     test::Pointer mouse_{server_.displayName()};
+    std::optional<XWindowPlacer> patientPlacer_;
 };
 
 TEST_P(WindowPlacementX11, FrameIsThatOfTheWindowManagersOwnWindow) {
@@ -125,8 +149,8 @@ TEST_P(WindowPlacementX11, WritesOfTwoWindowsDoNotMix) {
     test::TestWindow second(server_.displayName(), options);
     const AccessibilityElementRef firstHandle = handleOf(first.managed());
     const AccessibilityElementRef secondHandle = handleOf(second.managed());
-    const PixelRect firstBefore = first.managed().visibleFrame().value();
-    const PixelRect secondBefore = second.managed().visibleFrame().value();
+    const PixelRect firstBefore = frameOf(first.managed());
+    const PixelRect secondBefore = frameOf(second.managed());
     XAccessibilityPlatform& platform = adapters_.accessibility;
     ASSERT_EQ(platform.setAttributeValue(firstHandle, "AXPosition", Point{30, 40}), 0);
     ASSERT_EQ(platform.setAttributeValue(secondHandle, "AXSize", Size{450, 350}), 0);
@@ -173,7 +197,7 @@ TEST_P(WindowPlacementX11, TerminalEndsWithinOneCharacterCellBelowTheZone) {
         return frame && frame->x == zone.x && frame->y == zone.y && frame->height > 400;
     }));
     settle();
-    const PixelRect frame = window.managed().visibleFrame().value();
+    const PixelRect frame = frameOf(window.managed());
     EXPECT_LE(frame.width, zone.width);
     EXPECT_GT(frame.width, zone.width - 7);
     EXPECT_LE(frame.height, zone.height);
@@ -220,17 +244,24 @@ TEST_P(WindowPlacementX11, WindowIsRestoredBeforeItIsPlaced) {
 
 TEST_P(WindowPlacementX11, BordersThatComeBackAfterTheRestoreAreAllowedFor) {
     test::TestWindow window(server_.displayName());
-    const AccessibilityElementRef handle = handleOf(window.managed());
-    window.changeState(true, "_NET_WM_STATE_MAXIMIZED_VERT", "_NET_WM_STATE_MAXIMIZED_HORZ");
-    ASSERT_TRUE(
-        adapters_.waitUntil([&] { return window.managed().hasState("_NET_WM_STATE_MAXIMIZED_VERT"); }));
+    maximize(window);
     settle();
-    ASSERT_EQ(adapters_.place(handle, zone), 0);
+    placePatiently(window, zone);
     ASSERT_TRUE(comesTo(window.managed(), zone));
     // The program draws its shadow again now that it is no longer maximised.
     window.client().setWords(window.id(), "_GTK_FRAME_EXTENTS", "CARDINAL", {26, 26, 23, 29});
     window.client().sync();
     EXPECT_TRUE(comesTo(window.managed(), zone));
+}
+
+TEST_P(WindowPlacementX11, WindowThatIsMaximisedAtTheReleaseIsPlacedAllTheSame) {
+    test::TestWindow window(server_.displayName());
+    placePatiently(window, zone);
+    // What a window manager does that comes to handle the end of a drag to the edge only now.
+    maximize(window);
+    EXPECT_TRUE(adapters_.waitUntil([&] { return !isMaximized(window.managed()); }));
+    EXPECT_TRUE(comesTo(window.managed(), zone));
+    EXPECT_TRUE(staysAt(window.managed(), zone));
 }
 
 TEST_P(WindowPlacementX11, WindowBelongsToTheUserFromTheNextPressOn) {
@@ -240,11 +271,15 @@ TEST_P(WindowPlacementX11, WindowBelongsToTheUserFromTheNextPressOn) {
     ASSERT_TRUE(comesTo(window.managed(), zone));
     settle();
     ASSERT_NE(handleOf(window.managed()), nullptr);
-    const PixelRect client = window.managed().clientGeometry().value();
+    const std::optional<PixelRect> client = window.managed().clientGeometry();
+    ASSERT_TRUE(client.has_value());
     window.client().setWords(window.id(), "_GTK_FRAME_EXTENTS", "CARDINAL", {26, 26, 23, 29});
     window.client().sync();
     settle();
     EXPECT_EQ(window.managed().clientGeometry(), client);
+    maximize(window);
+    settle();
+    EXPECT_TRUE(isMaximized(window.managed()));
 }
 
 TEST_P(WindowPlacementX11, ReleaseOfTheDragIsFollowedByThePlacement) {
@@ -269,7 +304,7 @@ TEST_P(WindowPlacementX11, ReleaseOfTheDragIsFollowedByThePlacement) {
 TEST_P(WindowPlacementX11, WindowPutBackDuringItsDragStaysThere) {
     test::TestWindow window(server_.displayName());
     const AccessibilityElementRef handle = handleOf(window.managed());
-    const PixelRect before = window.managed().visibleFrame().value();
+    const PixelRect before = frameOf(window.managed());
     dragAway(window.managed());
     ASSERT_EQ(adapters_.place(handle, before), 0);
     ASSERT_TRUE(comesTo(window.managed(), before));
@@ -282,7 +317,7 @@ TEST_P(WindowPlacementX11, WindowPutBackDuringItsDragStaysThere) {
 TEST_P(WindowPlacementX11, WindowPutBackDuringItsDragCanStillBePlaced) {
     test::TestWindow window(server_.displayName());
     const AccessibilityElementRef handle = handleOf(window.managed());
-    const PixelRect before = window.managed().visibleFrame().value();
+    const PixelRect before = frameOf(window.managed());
     dragAway(window.managed());
     ASSERT_EQ(adapters_.place(handle, before), 0);
     mouse_.glideTo({820, 640}, 5);
@@ -335,7 +370,7 @@ TEST_P(WindowPlacementX11, FrozenProgramIsPlacedAtOnce) {
     terminal.process().signalGroup(SIGCONT);
 }
 
-TEST_P(WindowPlacementX11, RestoredWindowIsNotWatchedForEver) {
+TEST_P(WindowPlacementX11, WindowMayBeMaximisedLaterOn) {
     test::TestWindow window(server_.displayName());
     const AccessibilityElementRef handle = handleOf(window.managed());
     ASSERT_EQ(adapters_.place(handle, zone), 0);
@@ -353,6 +388,9 @@ TEST_P(WindowPlacementX11, RestoredWindowIsNotWatchedForEver) {
         window.client().setText(window.id(), "WM_NAME", "STRING", std::to_string(++changes));
         return ownEvents() == 0;
     }));
+    maximize(window);
+    settle();
+    EXPECT_TRUE(isMaximized(window.managed()));
 }
 
 INSTANTIATE_TEST_SUITE_P(Under, WindowPlacementX11,

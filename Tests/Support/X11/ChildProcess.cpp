@@ -97,6 +97,8 @@ ChildProcess::ChildProcess(const Command& command) {
     std::vector<std::string> environmentText = environmentStrings(command.environment);
     const std::vector<char*> arguments = pointers(argumentStrings);
     const std::vector<char*> environment = pointers(environmentText);
+    // Grandchildren come to us when their parent dies, so that their end can be awaited too.
+    ::prctl(PR_SET_CHILD_SUBREAPER, 1);
     const pid_t parent = ::getpid();
     pid_ = ::fork();
     if (pid_ < 0) {
@@ -121,6 +123,9 @@ ChildProcess::~ChildProcess() {
     signalGroup(SIGKILL);
     if (!status_) {
         reap(0);
+    }
+    // What the child started itself has become ours, and is dying.
+    while (::waitpid(-pid_, nullptr, 0) > 0 || errno == EINTR) {
     }
 }
 

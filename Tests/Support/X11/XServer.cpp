@@ -66,7 +66,9 @@ Environment XServer::clientEnvironment(const std::string& clientName) const {
         {"XDG_STATE_HOME", folder("state")},
         {"XDG_RUNTIME_DIR", folder("runtime")},
         {"LANG", "C.UTF-8"},
-        // Accessibility buses would outlive the test.
+        // A client without a session bus starts one of its own, which outlives the test. This address cannot
+        // be reached, and says so at once.
+        {"DBUS_SESSION_BUS_ADDRESS", "disabled:"},
         {"NO_AT_BRIDGE", "1"},
         {"GDK_BACKEND", "x11"},
     };

@@ -1,0 +1,65 @@
+#include "Platform/Linux/Qt/QtSignals.h"
+#include "Tests/Contract/X11/MainLoopApplication.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+
+namespace tarvex::contract {
+
+namespace {
+
+bool hasDefaultHandling(int signal) {
+    struct sigaction current {};
+
+    sigaction(signal, nullptr, &current);
+    return current.sa_handler == SIG_DFL;
+}
+
+class MainLoopSignals : public ::testing::TestWithParam<int> {
+protected:
+    MainLoopApplication application_;
+};
+
+TEST_P(MainLoopSignals, SignalCallsTerminateOnTheLoop) {
+    int calls = 0;
+    const QtSignals endSignals([&calls] { ++calls; });
+    raise(GetParam());
+    EXPECT_EQ(calls, 0);
+    EXPECT_TRUE(application_.waitUntil([&] { return calls == 1; }));
+    application_.settle();
+    EXPECT_EQ(calls, 1);
+}
+
+TEST_P(MainLoopSignals, SecondSignalEndsTheProgramAtOnce) {
+    const QtSignals endSignals([] {});
+    EXPECT_FALSE(hasDefaultHandling(GetParam()));
+    raise(GetParam());
+    EXPECT_TRUE(hasDefaultHandling(GetParam()));
+}
+
+TEST_P(MainLoopSignals, FormerHandlingComesBack) {
+    ASSERT_TRUE(hasDefaultHandling(GetParam()));
+    {
+        const QtSignals endSignals([] {});
+        EXPECT_FALSE(hasDefaultHandling(GetParam()));
+    }
+    EXPECT_TRUE(hasDefaultHandling(GetParam()));
+}
+
+TEST_P(MainLoopSignals, SignalEndsARunningLoopCleanly) {
+    const QtSignals endSignals([] { QCoreApplication::quit(); });
+    QTimer::singleShot(0, [] { raise(GetParam()); });
+    EXPECT_EQ(QCoreApplication::exec(), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, MainLoopSignals, ::testing::Values(SIGTERM, SIGINT, SIGHUP),
+                         [](const auto& info) {
+                             return info.param == SIGTERM  ? "Terminate"
+                                    : info.param == SIGINT ? "Interrupt"
+                                                           : "HangUp";
+                         });
+
+} // namespace
+
+} // namespace tarvex::contract

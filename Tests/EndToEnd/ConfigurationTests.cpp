@@ -1,0 +1,149 @@
+#include "Tests/EndToEnd/DesktopTest.h"
+
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace tarvex::test {
+namespace {
+
+constexpr SessionKind plainSession{WindowManagerKind::openbox, false};
+
+struct BrokenFile {
+    std::string name;
+    std::function<void(const std::filesystem::path&)> make;
+    /// What the store says of it.
+    std::string complaint;
+};
+
+void write(const std::filesystem::path& path, const std::string& text) {
+    std::ofstream(path, std::ios::binary) << text;
+}
+
+BrokenFile textFile(const std::string& name, const std::string& text) {
+    return {name, [text](const std::filesystem::path& path) { write(path, text); },
+            "Failed to decode config: "};
+}
+
+std::vector<BrokenFile> brokenFiles() {
+    const std::string good = Settings{}.json();
+    return {
+        textFile("Empty", ""),
+        textFile("EmptyObject", "{}"),
+        textFile("NotJson", "grids = halves"),
+        textFile("CutOff", good.substr(0, good.size() - 1)),
+        textFile("InvalidUtf8",
+                 "{\"grids\":[],\"defaultGridByDisplayId\":{\"\xFF\xFE\":\"a\"},\"cellMarginPoints\":8}"),
+        textFile("DeeplyNested", std::string(100000, '[')),
+        textFile("WrongType", R"({"grids":[],"defaultGridByDisplayId":{},"cellMarginPoints":"8"})"),
+        textFile("TenMegabytes", std::string(10'000'000, ' ')),
+        {"Directory", [](const std::filesystem::path& path) { std::filesystem::create_directory(path); },
+         "Failed to read config: "},
+    };
+}
+
+class BrokenConfiguration : public ::testing::TestWithParam<BrokenFile> {};
+
+INSTANTIATE_TEST_SUITE_P(Files, BrokenConfiguration, ::testing::ValuesIn(brokenFiles()),
+                         [](const auto& info) { return info.param.name; });
+
+TEST_P(BrokenConfiguration, AbandonsTheSnapAndRecoversWithTheFile) {
+    Desktop desktop(plainSession, {});
+    GetParam().make(desktop.tarvex.configPath());
+    desktop.tarvex.allowOnStandardError("Tarvex [ConfigStore] error: " + GetParam().complaint);
+    desktop.tarvex.allowOnStandardError("SnapController.snapAndHide: failed to load config");
+    TestWindow window(desktop.server.displayName());
+    const PixelRect area = desktop.screenArea();
+    {
+        Drag drag(desktop, window.managed());
+        drag.pressToMatch(key::super);
+        drag.moveTo(pointIn(area, rightHalf));
+        desktop.windowManager->barrier();
+        const auto dragged = window.managed().visibleFrame();
+        ASSERT_TRUE(dragged.has_value());
+        drag.drop();
+        desktop.tarvex.awaitOnStandardError("SnapController.snapAndHide: failed to load config");
+        drag.releaseKeys();
+        desktop.expectFrameUnchanged(window.managed(), *dragged);
+    }
+    EXPECT_NE(desktop.tarvex.standardError().find(GetParam().complaint), std::string::npos);
+    EXPECT_EQ(desktop.tarvex.countInLog("snapAndHide success"), 0);
+    EXPECT_TRUE(std::filesystem::exists(desktop.tarvex.configPath()));
+    std::filesystem::remove(desktop.tarvex.configPath());
+    desktop.tarvex.writeConfig(Settings{.grids = {{"rows", {}, {0.5}}}}.json());
+    const ZoneSpan lower{0, 1, 0.5, 1};
+    snapAndExpect(desktop, window.managed(), pointIn(area, lower), zoneFrame(area, lower));
+    desktop.tarvex.expectCleanExit();
+}
+
+TEST(Configuration, ADanglingLinkIsNoFileAndBringsTheDefaults) {
+    Desktop desktop(plainSession, {});
+    std::filesystem::create_symlink("nowhere.json", desktop.tarvex.configPath());
+    TestWindow window(desktop.server.displayName());
+    const PixelRect area = desktop.screenArea();
+    snapAndExpect(desktop, window.managed(), pointIn(area, rightHalf), zoneFrame(area, rightHalf));
+    EXPECT_TRUE(std::filesystem::is_symlink(desktop.tarvex.configPath()));
+    desktop.tarvex.expectCleanExit();
+}
+
+TEST(Configuration, ALinkIsFollowedToItsFile) {
+    Desktop desktop(plainSession, {});
+    const auto target = desktop.server.scratch().write("dotfiles/tarvex.json",
+                                                       Settings{.grids = {{"rows", {}, {0.5}}}}.json());
+    std::filesystem::create_symlink(target, desktop.tarvex.configPath());
+    TestWindow window(desktop.server.displayName());
+    const PixelRect area = desktop.screenArea();
+    const ZoneSpan lower{0, 1, 0.5, 1};
+    snapAndExpect(desktop, window.managed(), pointIn(area, lower), zoneFrame(area, lower));
+    desktop.tarvex.expectCleanExit();
+}
+
+TEST(Configuration, AnEmptyListOfGridsBringsTheDefaultGrid) {
+    DesktopOptions options;
+    options.settings = Settings{.grids = {}, .margin = 30};
+    Desktop desktop(plainSession, options);
+    TestWindow window(desktop.server.displayName());
+    const PixelRect area = desktop.screenArea();
+    snapAndExpect(desktop, window.managed(), pointIn(area, rightHalf), zoneFrame(area, rightHalf, 30));
+    desktop.tarvex.expectCleanExit();
+}
+
+TEST(Configuration, TenThousandSplitsStillSnap) {
+    Settings settings{.grids = {{"many", {}, {}}}, .margin = 0};
+    // All but the last lie in the left tenth, so that the zone to be hit is a wide one.
+    for (int split = 1; split < 10000; ++split) {
+        settings.grids.front().verticalSplits.push_back(split * 0.00001);
+    }
+    settings.grids.front().verticalSplits.push_back(0.5);
+    DesktopOptions options;
+    options.settings = settings;
+    Desktop desktop(plainSession, options);
+    TestWindow window(desktop.server.displayName());
+    const PixelRect area = desktop.screenArea();
+    snapAndExpect(desktop, window.managed(), pointIn(area, rightHalf), zoneFrame(area, rightHalf, 0));
+    desktop.tarvex.expectCleanExit();
+}
+
+TEST(Configuration, AFileThatBreaksDuringTheDragAbandonsTheSnap) {
+    Desktop desktop(plainSession, {});
+    desktop.tarvex.allowOnStandardError("Tarvex [ConfigStore] error: Failed to decode config: ");
+    desktop.tarvex.allowOnStandardError("SnapController.snapAndHide: failed to load config");
+    TestWindow window(desktop.server.displayName());
+    Drag drag(desktop, window.managed());
+    drag.pressToMatch(key::super);
+    drag.moveTo({900, 500});
+    desktop.tarvex.writeConfig("{");
+    desktop.windowManager->barrier();
+    const auto dragged = window.managed().visibleFrame();
+    ASSERT_TRUE(dragged.has_value());
+    drag.drop();
+    desktop.tarvex.awaitOnStandardError("SnapController.snapAndHide: failed to load config");
+    drag.releaseKeys();
+    desktop.expectFrameUnchanged(window.managed(), *dragged);
+    desktop.tarvex.expectCleanExit();
+}
+
+} // namespace
+} // namespace tarvex::test

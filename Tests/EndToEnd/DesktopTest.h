@@ -1,0 +1,50 @@
+#pragma once
+
+#include "Tests/EndToEnd/Desktop.h"
+#include "Tests/EndToEnd/Drag.h"
+#include "Tests/EndToEnd/Zones.h"
+#include "Tests/Support/X11/TestWindow.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+
+namespace tarvex::test {
+
+/// Starts a desktop of the kind under test, and ends by seeing tarvex off cleanly.
+class DesktopTest : public ::testing::TestWithParam<SessionKind> {
+protected:
+    Desktop& start(const DesktopOptions& options = {}) {
+        desktop_ = std::make_unique<Desktop>(GetParam(), options);
+        return *desktop_;
+    }
+
+    void TearDown() override {
+        if (desktop_ && !hasEnded_) {
+            desktop_->tarvex.expectCleanExit();
+        }
+    }
+
+    /// For a test that ends tarvex itself.
+    void expectCleanExitNow() {
+        hasEnded_ = true;
+        desktop_->tarvex.expectCleanExit();
+    }
+
+private:
+    std::unique_ptr<Desktop> desktop_;
+    bool hasEnded_ = false;
+};
+
+[[nodiscard]] inline std::string sessionName(const ::testing::TestParamInfo<SessionKind>& info) {
+    return nameOf(info.param);
+}
+
+[[nodiscard]] inline auto allSessions() {
+    return ::testing::Values(
+        SessionKind{WindowManagerKind::openbox, false}, SessionKind{WindowManagerKind::openbox, true},
+        SessionKind{WindowManagerKind::xfwm4, false}, SessionKind{WindowManagerKind::xfwm4, true});
+}
+
+} // namespace tarvex::test

@@ -1,0 +1,66 @@
+#include "Tests/EndToEnd/DesktopTest.h"
+#include "Tests/Support/X11/Screenshot.h"
+
+namespace tarvex::test {
+namespace {
+
+class Lifecycle : public DesktopTest {};
+
+INSTANTIATE_TEST_SUITE_P(Sessions, Lifecycle, allSessions(), sessionName);
+
+TEST_P(Lifecycle, EndingDuringADragLeavesNoZonesBehind) {
+    Desktop& desktop = start();
+    TestWindow window(desktop.server.displayName());
+    Drag drag(desktop, window.managed());
+    drag.moveTo({900, 300});
+    const Screenshot before = desktop.steadyScreen();
+    drag.pressToMatch(key::super);
+    const PixelRect below{660, 700, 600, 300};
+    desktop.client.waitUntil([&] { return Screenshot(desktop.client).countDifferences(before, below) > 0; },
+                             "the zone under the pointer is filled");
+    expectCleanExitNow();
+    desktop.client.waitUntil([&] { return Screenshot(desktop.client) == before; }, "the zones are gone");
+}
+
+TEST_P(Lifecycle, StartsBeforeTheWindowManagerAndServesItWhenItComes) {
+    DesktopOptions options;
+    options.startsWindowManager = false;
+    Desktop& desktop = start(options);
+    desktop.windowManager = std::make_unique<WindowManager>(desktop.server, GetParam().windowManager);
+    TestWindow window(desktop.server.displayName());
+    const PixelRect area = desktop.screenArea();
+    snapAndExpect(desktop, window.managed(), pointIn(area, rightHalf), zoneFrame(area, rightHalf));
+}
+
+TEST_P(Lifecycle, WithoutAWindowManagerADragOfAWindowSnapsNothing) {
+    DesktopOptions options;
+    options.startsWindowManager = false;
+    Desktop& desktop = start(options);
+    desktop.tarvex.allowOnStandardError("SnapController.snapAndHide: activeWindow=nil");
+    TestWindowOptions unmanaged;
+    unmanaged.isOverrideRedirect = true;
+    TestWindow window(desktop.server.displayName(), unmanaged);
+    desktop.pointer.moveTo({300, 300});
+    desktop.pointer.press();
+    desktop.keyboard.press(key::super);
+    desktop.awaitLog("updateOverlayState match modifiers=256 mode=single", 1);
+    desktop.pointer.glideTo({900, 500});
+    desktop.pointer.release();
+    desktop.tarvex.awaitOnStandardError("SnapController.snapAndHide: activeWindow=nil");
+    desktop.keyboard.release(key::super);
+    desktop.settle();
+    EXPECT_EQ(desktop.client.geometryInRoot(window.id()), (PixelRect{200, 200, 400, 300}));
+}
+
+TEST_P(Lifecycle, EndsWithoutACrashWhenTheXServerGoesAway) {
+    auto server = std::make_unique<XServer>();
+    TarvexProgram tarvex(*server, TARVEX_PROGRAM);
+    tarvex.start();
+    server->end();
+    const auto status = tarvex.process().waitForExit();
+    ASSERT_TRUE(status.has_value()) << "it goes on without a server";
+    EXPECT_EQ(status->signal, std::nullopt) << "it crashed";
+}
+
+} // namespace
+} // namespace tarvex::test

@@ -1,0 +1,251 @@
+#include "Tests/EndToEnd/DesktopTest.h"
+
+#include <algorithm>
+#include <array>
+
+namespace tarvex::test {
+namespace {
+
+class Overlay : public DesktopTest {};
+
+INSTANTIATE_TEST_SUITE_P(Sessions, Overlay, allSessions(), sessionName);
+
+// Parts of the two zones that the dragged window never covers here.
+constexpr PixelRect insideLeft{60, 760, 500, 200};
+constexpr PixelRect insideRight{720, 760, 500, 200};
+
+DesktopOptions withoutRestore() {
+    DesktopOptions options;
+    options.settings = Settings{.restoresWindow = false};
+    return options;
+}
+
+bool isFilled(Desktop& desktop, const Screenshot& before, const PixelRect& part) {
+    const int changed = Screenshot(desktop.client).countDifferences(before, part);
+    // A fill that one can see through: without a compositor every second pixel or so.
+    return changed >= part.width * part.height / 4;
+}
+
+bool isUntouched(Desktop& desktop, const Screenshot& before, const PixelRect& part) {
+    return Screenshot(desktop.client).countDifferences(before, part) == 0;
+}
+
+// Narrow strips across the four edges of a zone, away from the dragged window and from the corners.
+std::array<PixelRect, 4> edgeStrips(const PixelRect& zone) {
+    return {PixelRect{zone.x - 1, zone.y + zone.height - 200, 3, 1},
+            PixelRect{zone.x + zone.width - 2, zone.y + zone.height - 200, 3, 1},
+            PixelRect{zone.x + 100, zone.y - 1, 1, 3},
+            PixelRect{zone.x + 100, zone.y + zone.height - 2, 1, 3}};
+}
+
+bool isOutlined(Desktop& desktop, const Screenshot& before, const PixelRect& zone) {
+    const Screenshot now(desktop.client);
+    for (const PixelRect& strip : edgeStrips(zone)) {
+        if (now.countDifferences(before, strip) == 0) {
+            return false;
+        }
+    }
+    return true;
+}
+
+TEST_P(Overlay, ShowsTheZonesWhileTheKeysAreHeld) {
+    Desktop& desktop = start(withoutRestore());
+    TestWindow window(desktop.server.displayName());
+    const PixelRect area = desktop.screenArea();
+    Drag drag(desktop, window.managed());
+    drag.moveTo({900, 300});
+    const Screenshot before = desktop.steadyScreen();
+    drag.pressToMatch(key::super);
+    desktop.client.waitUntil([&] { return isFilled(desktop, before, insideRight); },
+                             "the right zone is filled");
+    desktop.client.waitUntil([&] { return isOutlined(desktop, before, zoneFrame(area, leftHalf)); },
+                             "the left zone is outlined");
+    EXPECT_TRUE(isUntouched(desktop, before, insideLeft))
+        << "the zone that is not selected is not see-through";
+    // The margins between and around the zones stay as they are.
+    EXPECT_TRUE(isUntouched(desktop, before, {638, 700, 4, 300}));
+    EXPECT_TRUE(isUntouched(desktop, before, {0, 1020, 1280, 4}));
+    drag.releaseToNoMatch(key::super);
+    desktop.client.waitUntil([&] { return Screenshot(desktop.client) == before; }, "the zones are gone");
+}
+
+TEST_P(Overlay, TheFillFollowsThePointer) {
+    Desktop& desktop = start(withoutRestore());
+    TestWindow window(desktop.server.displayName());
+    Drag drag(desktop, window.managed());
+    const Screenshot before = desktop.steadyScreen();
+    drag.pressToMatch(key::super);
+    desktop.client.waitUntil([&] { return isFilled(desktop, before, insideLeft); },
+                             "the left zone is filled");
+    EXPECT_TRUE(isUntouched(desktop, before, insideRight));
+    drag.moveTo({900, 300});
+    desktop.client.waitUntil(
+        [&] { return isFilled(desktop, before, insideRight) && isUntouched(desktop, before, insideLeft); },
+        "the right zone is filled instead");
+    drag.pressToMatch(key::shift);
+    drag.moveTo({300, 300});
+    desktop.client.waitUntil(
+        [&] { return isFilled(desktop, before, insideRight) && isFilled(desktop, before, insideLeft); },
+        "both zones are filled");
+    drag.dropAndExpect(zoneFrame(desktop.screenArea(), {}));
+}
+
+TEST_P(Overlay, IsGoneAfterTheSnap) {
+    Desktop& desktop = start();
+    TestWindow window(desktop.server.displayName());
+    const PixelRect area = desktop.screenArea();
+    const Screenshot bare = desktop.steadyScreen();
+    Drag drag(desktop, window.managed());
+    drag.pressToMatch(key::super);
+    drag.moveTo(pointIn(area, leftHalf));
+    desktop.client.waitUntil([&] { return isOutlined(desktop, bare, zoneFrame(area, rightHalf)); },
+                             "the right zone is outlined");
+    drag.dropAndExpect(zoneFrame(area, leftHalf));
+    const PixelRect uncovered{644, 0, 636, 1024};
+    desktop.client.waitUntil([&] { return isUntouched(desktop, bare, uncovered); }, "the zones are gone");
+}
+
+TEST_P(Overlay, LetsThePointerThrough) {
+    Desktop& desktop = start(withoutRestore());
+    TestWindow window(desktop.server.displayName());
+    TestWindowOptions below;
+    below.geometry = {700, 700, 400, 200};
+    TestWindow other(desktop.server.displayName(), below);
+    const auto frame = desktop.client.topLevelOf(window.id());
+    ASSERT_TRUE(frame.has_value());
+    Drag drag(desktop, window.managed());
+    const Screenshot before = desktop.steadyScreen();
+    drag.pressToMatch(key::super);
+    desktop.client.waitUntil([&] { return isFilled(desktop, before, insideLeft); },
+                             "the left zone is filled");
+    const auto pointerWindow = [&] {
+        const Owned<xcb_query_pointer_reply_t> reply(xcb_query_pointer_reply(
+            desktop.client.connection(),
+            xcb_query_pointer(desktop.client.connection(), desktop.client.root()), nullptr));
+        return reply ? reply->child : XCB_NONE;
+    };
+    // Without a compositor the fill has holes, so that one pixel alone would prove little.
+    const PixelPoint start = desktop.pointer.position();
+    for (int step = 0; step < 16; ++step) {
+        desktop.pointer.moveTo({start.x + step % 4, start.y + step / 4});
+        EXPECT_EQ(pointerWindow(), *frame) << "step " << step;
+    }
+    drag.drop();
+    drag.releaseKeys();
+    desktop.settle();
+    // Hidden, it lets clicks through as well.
+    desktop.pointer.moveTo({800, 850});
+    const int clicks = other.buttonEventCount();
+    desktop.pointer.press();
+    desktop.pointer.release();
+    desktop.client.waitUntil([&] { return other.buttonEventCount() >= clicks + 2; }, "the click arrives");
+}
+
+// The colours are exact where a compositor blends them: half of the selection, half of what is below.
+TEST_P(Overlay, BlendsTheSelectionWithWhatIsBelowWhenComposited) {
+    Desktop& desktop = start(withoutRestore());
+    if (!desktop.compositor) {
+        desktop.compositor = std::make_unique<Compositor>(desktop.server);
+    }
+    TestWindowOptions below;
+    below.geometry = {100, 780, 200, 120};
+    below.backgroundPixel = 0x204060;
+    TestWindow other(desktop.server.displayName(), below);
+    TestWindow window(desktop.server.displayName());
+    Drag drag(desktop, window.managed());
+    const Screenshot before = desktop.steadyScreen();
+    drag.pressToMatch(key::super);
+    desktop.client.waitUntil([&] { return isFilled(desktop, before, insideLeft); },
+                             "the left zone is filled");
+    const Screenshot shown = desktop.steadyScreen();
+    const PixelPoint onWindow{200, 850};
+    const PixelPoint onDesktop{450, 850};
+    ASSERT_EQ(before.pixel(onWindow), 0x204060U);
+    for (const unsigned shift : {0U, 8U, 16U}) {
+        const auto channel = [shift](std::uint32_t pixel) {
+            return static_cast<int>((pixel >> shift) & 0xFFU);
+        };
+        const int differenceBefore = channel(before.pixel(onDesktop)) - channel(before.pixel(onWindow));
+        const int differenceShown = channel(shown.pixel(onDesktop)) - channel(shown.pixel(onWindow));
+        EXPECT_NEAR(differenceShown, differenceBefore * 0.5, 2) << "shift " << shift;
+    }
+    EXPECT_NE(shown.pixel(onWindow), before.pixel(onWindow));
+    // The white outline adds 0.22 of what is missing to white, on one pixel at each edge.
+    const PixelRect right = zoneFrame(desktop.screenArea(), rightHalf);
+    int brightest = 0;
+    for (int x = right.x - 1; x <= right.x + 1; ++x) {
+        brightest = std::max(brightest, static_cast<int>(shown.pixel({x, 850}) & 0xFFU));
+    }
+    const int background = static_cast<int>(before.pixel({right.x, 850}) & 0xFFU);
+    EXPECT_NEAR(brightest, background + 0.22 * (255 - background), 3);
+    drag.releaseToNoMatch(key::super);
+    drag.drop();
+    desktop.settle();
+}
+
+TEST_P(Overlay, WorksOnWhenACompositorStartsOrStops) {
+    Desktop& desktop = start(withoutRestore());
+    TestWindow window(desktop.server.displayName());
+    const auto toggle = [&] {
+        if (desktop.compositor) {
+            desktop.compositor.reset();
+        } else {
+            desktop.compositor = std::make_unique<Compositor>(desktop.server);
+        }
+    };
+    const auto showAndHide = [&] {
+        Drag drag(desktop, window.managed());
+        const Screenshot before = desktop.steadyScreen();
+        drag.pressToMatch(key::super);
+        desktop.client.waitUntil([&] { return isFilled(desktop, before, insideLeft); },
+                                 "the left zone is filled");
+        EXPECT_TRUE(isUntouched(desktop, before, insideRight)) << "the other zone is not see-through";
+        drag.releaseToNoMatch(key::super);
+        desktop.client.waitUntil([&] { return Screenshot(desktop.client) == before; }, "the zones are gone");
+        drag.drop();
+        desktop.settle();
+    };
+    showAndHide();
+    toggle();
+    showAndHide();
+    toggle();
+    showAndHide();
+}
+
+TEST_P(Overlay, StaysRightWhenACompositorStartsOrStopsWhileItShows) {
+    Desktop& desktop = start(withoutRestore());
+    TestWindow window(desktop.server.displayName());
+    const auto toggle = [&] {
+        if (desktop.compositor) {
+            desktop.compositor.reset();
+        } else {
+            desktop.compositor = std::make_unique<Compositor>(desktop.server);
+        }
+    };
+    Drag drag(desktop, window.managed());
+    const Screenshot before = desktop.steadyScreen();
+    toggle();
+    // The bare desktop has another colour in the other kind of session.
+    const Screenshot beforeToggled = desktop.steadyScreen();
+    toggle();
+    desktop.client.waitUntil([&] { return Screenshot(desktop.client) == before; },
+                             "the screen is as at first");
+    drag.pressToMatch(key::super);
+    desktop.client.waitUntil([&] { return isFilled(desktop, before, insideLeft); },
+                             "the left zone is filled");
+    toggle();
+    desktop.client.waitUntil(
+        [&] {
+            return isFilled(desktop, beforeToggled, insideLeft) &&
+                   isUntouched(desktop, beforeToggled, insideRight) &&
+                   isOutlined(desktop, beforeToggled, zoneFrame(desktop.screenArea(), rightHalf));
+        },
+        "the zones show in the other kind of session");
+    drag.releaseToNoMatch(key::super);
+    desktop.client.waitUntil([&] { return Screenshot(desktop.client) == beforeToggled; },
+                             "the zones are gone");
+    drag.drop();
+}
+
+} // namespace
+} // namespace tarvex::test

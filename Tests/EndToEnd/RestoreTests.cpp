@@ -1,0 +1,79 @@
+#include "Tests/EndToEnd/DesktopTest.h"
+
+namespace tarvex::test {
+namespace {
+
+class Restore : public DesktopTest {};
+
+INSTANTIATE_TEST_SUITE_P(Sessions, Restore, allSessions(), sessionName);
+
+TEST_P(Restore, LettingGoOfTheKeysPutsTheWindowBack) {
+    Desktop& desktop = start();
+    TestWindow window(desktop.server.displayName());
+    const auto original = window.managed().visibleFrame();
+    ASSERT_TRUE(original.has_value());
+    Drag drag(desktop, window.managed(), Drag::Begin::observed);
+    drag.pressToMatch(key::super);
+    drag.moveTo({900, 500});
+    drag.releaseToNoMatch(key::super);
+    desktop.expectFrame(window.managed(), *original);
+    drag.dropAndExpect(*original);
+}
+
+TEST_P(Restore, AnExtraModifierPutsTheWindowBack) {
+    Desktop& desktop = start();
+    TestWindow window(desktop.server.displayName());
+    const auto original = window.managed().visibleFrame();
+    ASSERT_TRUE(original.has_value());
+    Drag drag(desktop, window.managed(), Drag::Begin::observed);
+    drag.pressToMatch(key::super);
+    drag.moveTo({900, 500});
+    drag.pressToNoMatch(key::alt);
+    desktop.expectFrame(window.managed(), *original);
+    drag.dropAndExpect(*original);
+}
+
+TEST_P(Restore, PressingTheKeysAgainSnapsAfterAll) {
+    Desktop& desktop = start();
+    TestWindow window(desktop.server.displayName());
+    const PixelRect area = desktop.screenArea();
+    Drag drag(desktop, window.managed(), Drag::Begin::observed);
+    drag.pressToMatch(key::super);
+    drag.moveTo(pointIn(area, leftHalf));
+    drag.releaseToNoMatch(key::super);
+    drag.pressToMatch(key::super);
+    drag.moveTo(pointIn(area, rightHalf));
+    drag.dropAndExpect(zoneFrame(area, rightHalf));
+}
+
+TEST_P(Restore, SwitchedOffLeavesTheWindowWhereItWasDragged) {
+    DesktopOptions options;
+    options.settings = Settings{.restoresWindow = false};
+    Desktop& desktop = start(options);
+    TestWindow window(desktop.server.displayName());
+    Drag drag(desktop, window.managed(), Drag::Begin::observed);
+    drag.pressToMatch(key::super);
+    drag.moveTo({900, 500});
+    desktop.windowManager->barrier();
+    const auto dragged = window.managed().visibleFrame();
+    ASSERT_TRUE(dragged.has_value());
+    drag.releaseToNoMatch(key::super);
+    drag.dropAndExpect(*dragged);
+}
+
+TEST_P(Restore, ASnappedWindowGoesBackToItsZoneNotToAnEarlierSize) {
+    Desktop& desktop = start();
+    TestWindow window(desktop.server.displayName());
+    const PixelRect area = desktop.screenArea();
+    const PixelRect zone = zoneFrame(area, leftHalf);
+    snapAndExpect(desktop, window.managed(), pointIn(area, leftHalf), zone);
+    Drag drag(desktop, window.managed(), Drag::Begin::observed);
+    drag.pressToMatch(key::super);
+    drag.moveTo(pointIn(area, rightHalf));
+    drag.releaseToNoMatch(key::super);
+    desktop.expectFrame(window.managed(), zone);
+    drag.dropAndExpect(zone);
+}
+
+} // namespace
+} // namespace tarvex::test

@@ -1,0 +1,167 @@
+#include "Tests/EndToEnd/DesktopTest.h"
+#include "Tests/Support/X11/RealApplication.h"
+
+namespace tarvex::test {
+namespace {
+
+// Windows that are not plain ones.
+class Windows : public DesktopTest {};
+
+INSTANTIATE_TEST_SUITE_P(Sessions, Windows, allSessions(), sessionName);
+
+TEST_P(Windows, ATerminalEndsWithinOneCharacterCellBelowItsZone) {
+    Desktop& desktop = start();
+    RealApplication terminal(desktop.server, RealApplication::xterm());
+    const std::vector<std::uint32_t> hints = desktop.client.words(terminal.window().id(), "WM_NORMAL_HINTS");
+    ASSERT_GE(hints.size(), 11U);
+    const int cellWidth = static_cast<int>(hints[9]);
+    const int cellHeight = static_cast<int>(hints[10]);
+    ASSERT_GT(cellWidth, 1);
+    ASSERT_GT(cellHeight, 1);
+    const PixelRect area = desktop.screenArea();
+    const PixelRect zone = zoneFrame(area, rightHalf);
+    const auto fits = [&] {
+        const PixelRect frame = terminal.window().visibleFrame().value_or(PixelRect{});
+        return frame.x == zone.x && frame.y == zone.y && frame.width <= zone.width &&
+               frame.width > zone.width - cellWidth && frame.height <= zone.height &&
+               frame.height > zone.height - cellHeight;
+    };
+    Drag drag(desktop, terminal.window());
+    drag.pressToMatch(key::super);
+    drag.moveTo(pointIn(area, rightHalf));
+    drag.drop();
+    EXPECT_TRUE(desktop.client.waitFor(fits));
+    drag.releaseKeys();
+    desktop.settle();
+    EXPECT_TRUE(fits()) << describe(terminal.window().visibleFrame().value_or(PixelRect{}));
+}
+
+TEST_P(Windows, OneThatDrawsItsOwnFrameLandsWithItsVisiblePartOnTheZone) {
+    Desktop& desktop = start();
+    RealApplication application(desktop.server, {TARVEX_HEADER_BAR_WINDOW});
+    const bool hasShadow = GetParam().windowManager == WindowManagerKind::xfwm4 && GetParam().isComposited;
+    desktop.client.waitUntil(
+        [&] { return (application.window().invisibleExtents() != PixelExtents{}) == hasShadow; },
+        "the window has the invisible borders that such a session brings");
+    ASSERT_EQ(application.window().frameExtents(), PixelExtents{});
+    const PixelRect area = desktop.screenArea();
+    snapAndExpect(desktop, application.window(), pointIn(area, rightHalf), zoneFrame(area, rightHalf));
+    snapAndExpect(desktop, application.window(), pointIn(area, leftHalf), zoneFrame(area, leftHalf));
+}
+
+TEST_P(Windows, AMaximisedOneIsRestoredIntoTheZone) {
+    Desktop& desktop = start();
+    TestWindowOptions options;
+    options.states = {"_NET_WM_STATE_MAXIMIZED_VERT", "_NET_WM_STATE_MAXIMIZED_HORZ"};
+    TestWindow window(desktop.server.displayName(), options);
+    const PixelRect area = desktop.screenArea();
+    ASSERT_EQ(window.managed().visibleFrame(), area);
+    // One of the window managers moves a maximised window only once it is restored.
+    const auto begin = GetParam().windowManager == WindowManagerKind::xfwm4 ? Drag::Begin::followed
+                                                                            : Drag::Begin::unfollowed;
+    {
+        Drag drag(desktop, window.managed(), begin);
+        drag.pressToMatch(key::super);
+        drag.moveTo(pointIn(area, rightHalf));
+        drag.drop();
+        desktop.expectFrame(window.managed(), zoneFrame(area, rightHalf));
+        drag.releaseKeys();
+    }
+    // A maximised window leaves no bare desktop, so it is there only now.
+    desktop.expectFrameUnchanged(window.managed(), zoneFrame(area, rightHalf));
+    EXPECT_FALSE(window.managed().hasState("_NET_WM_STATE_MAXIMIZED_VERT"));
+    EXPECT_FALSE(window.managed().hasState("_NET_WM_STATE_MAXIMIZED_HORZ"));
+}
+
+TEST_P(Windows, OneMaximisedVerticallyIsRestoredIntoTheZone) {
+    Desktop& desktop = start();
+    TestWindow window(desktop.server.displayName());
+    window.changeState(true, "_NET_WM_STATE_MAXIMIZED_VERT");
+    desktop.client.waitUntil([&] { return window.managed().hasState("_NET_WM_STATE_MAXIMIZED_VERT"); },
+                             "the window is maximised vertically");
+    const PixelRect area = desktop.screenArea();
+    const ZoneSpan zone = rightHalf;
+    snapAndExpect(desktop, window.managed(), pointIn(area, zone), zoneFrame(area, zone));
+    EXPECT_FALSE(window.managed().hasState("_NET_WM_STATE_MAXIMIZED_VERT"));
+}
+
+TEST_P(Windows, AShadedOneIsUnrolledIntoTheZone) {
+    Desktop& desktop = start();
+    TestWindow window(desktop.server.displayName());
+    window.changeState(true, "_NET_WM_STATE_SHADED");
+    desktop.client.waitUntil([&] { return window.managed().hasState("_NET_WM_STATE_SHADED"); },
+                             "the window is shaded");
+    const PixelRect area = desktop.screenArea();
+    snapAndExpect(desktop, window.managed(), pointIn(area, rightHalf), zoneFrame(area, rightHalf));
+    EXPECT_FALSE(window.managed().hasState("_NET_WM_STATE_SHADED"));
+}
+
+TEST_P(Windows, OneTiledByTheWindowManagerIsTakenOverByTheZone) {
+    Desktop& desktop = start();
+    TestWindow window(desktop.server.displayName());
+    const PixelRect area = desktop.screenArea();
+    Drag drag(desktop, window.managed());
+    drag.pressToMatch(key::super);
+    // At the top edge one of the window managers maximises it during the drag.
+    drag.moveTo({900, 0});
+    drag.dropAndExpect(zoneFrame(area, rightHalf));
+    EXPECT_FALSE(window.managed().hasState("_NET_WM_STATE_MAXIMIZED_VERT"));
+}
+
+TEST_P(Windows, OneWithAMinimumSizeKeepsItAtTheOriginOfTheZone) {
+    Desktop& desktop = start();
+    TestWindowOptions options;
+    options.geometry = {200, 150, 760, 400};
+    options.minimumSize = Size{740, 350};
+    TestWindow window(desktop.server.displayName(), options);
+    const PixelRect area = desktop.screenArea();
+    const PixelExtents frame = window.managed().frameExtents();
+    PixelRect expected = zoneFrame(area, leftHalf);
+    expected.width = 740 + frame.left + frame.right;
+    snapAndExpect(desktop, window.managed(), pointIn(area, leftHalf), expected);
+}
+
+TEST_P(Windows, OneWithStaticGravityLandsOnTheZone) {
+    Desktop& desktop = start();
+    TestWindowOptions options;
+    options.windowGravity = XCB_GRAVITY_STATIC;
+    TestWindow window(desktop.server.displayName(), options);
+    const PixelRect area = desktop.screenArea();
+    snapAndExpect(desktop, window.managed(), pointIn(area, rightHalf), zoneFrame(area, rightHalf));
+}
+
+TEST_P(Windows, ADialogSnapsAndItsOwnerStays) {
+    Desktop& desktop = start();
+    TestWindow owner(desktop.server.displayName());
+    TestWindowOptions options;
+    options.type = "_NET_WM_WINDOW_TYPE_DIALOG";
+    options.transientFor = owner.id();
+    options.geometry = {320, 280, 200, 150};
+    TestWindow dialog(desktop.server.displayName(), options);
+    const auto ownerFrame = owner.managed().visibleFrame();
+    const PixelRect area = desktop.screenArea();
+    snapAndExpect(desktop, dialog.managed(), pointIn(area, rightHalf), zoneFrame(area, rightHalf));
+    EXPECT_EQ(owner.managed().visibleFrame(), ownerFrame);
+}
+
+TEST_P(Windows, AMenuIsNoWindowToSnap) {
+    Desktop& desktop = start();
+    TestWindowOptions options;
+    options.isOverrideRedirect = true;
+    options.geometry = {300, 300, 200, 300};
+    TestWindow menu(desktop.server.displayName(), options);
+    desktop.tarvex.allowOnStandardError("SnapController.snapAndHide: activeWindow=nil");
+    desktop.pointer.moveTo({350, 350});
+    desktop.pointer.press();
+    desktop.keyboard.press(key::super);
+    desktop.awaitLog("updateOverlayState match modifiers=256 mode=single", 1);
+    desktop.pointer.glideTo({900, 500});
+    desktop.pointer.release();
+    desktop.tarvex.awaitOnStandardError("SnapController.snapAndHide: activeWindow=nil");
+    desktop.keyboard.release(key::super);
+    desktop.settle();
+    EXPECT_EQ(desktop.client.geometryInRoot(menu.id()), (PixelRect{300, 300, 200, 300}));
+}
+
+} // namespace
+} // namespace tarvex::test
