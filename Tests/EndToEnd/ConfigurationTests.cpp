@@ -22,6 +22,12 @@ void write(const std::filesystem::path& path, const std::string& text) {
     std::ofstream(path, std::ios::binary) << text;
 }
 
+std::string repeated(char character, std::size_t count) {
+    std::string text;
+    text.resize(count, character);
+    return text;
+}
+
 BrokenFile textFile(const std::string& name, const std::string& text) {
     return {name, [text](const std::filesystem::path& path) { write(path, text); },
             "Failed to decode config: "};
@@ -36,9 +42,9 @@ std::vector<BrokenFile> brokenFiles() {
         textFile("CutOff", good.substr(0, good.size() - 1)),
         textFile("InvalidUtf8",
                  "{\"grids\":[],\"defaultGridByDisplayId\":{\"\xFF\xFE\":\"a\"},\"cellMarginPoints\":8}"),
-        textFile("DeeplyNested", std::string(100000, '[')),
+        textFile("DeeplyNested", repeated('[', 100'000)),
         textFile("WrongType", R"({"grids":[],"defaultGridByDisplayId":{},"cellMarginPoints":"8"})"),
-        textFile("TenMegabytes", std::string(10'000'000, ' ')),
+        textFile("TenMegabytes", repeated(' ', 10'000'000)),
         {"Directory", [](const std::filesystem::path& path) { std::filesystem::create_directory(path); },
          "Failed to read config: "},
     };
@@ -61,12 +67,11 @@ TEST_P(BrokenConfiguration, AbandonsTheSnapAndRecoversWithTheFile) {
         drag.pressToMatch(key::super);
         drag.moveTo(pointIn(area, rightHalf));
         desktop.windowManager->barrier();
-        const auto dragged = window.managed().visibleFrame();
-        ASSERT_TRUE(dragged.has_value());
+        const PixelRect dragged = window.managed().requireVisibleFrame();
         drag.drop();
         desktop.tarvex.awaitOnStandardError("SnapController.snapAndHide: failed to load config");
         drag.releaseKeys();
-        desktop.expectFrameUnchanged(window.managed(), *dragged);
+        desktop.expectFrameUnchanged(window.managed(), dragged);
     }
     EXPECT_NE(desktop.tarvex.standardError().find(GetParam().complaint), std::string::npos);
     EXPECT_EQ(desktop.tarvex.countInLog("snapAndHide success"), 0);
@@ -136,12 +141,11 @@ TEST(Configuration, AFileThatBreaksDuringTheDragAbandonsTheSnap) {
     drag.moveTo({900, 500});
     desktop.tarvex.writeConfig("{");
     desktop.windowManager->barrier();
-    const auto dragged = window.managed().visibleFrame();
-    ASSERT_TRUE(dragged.has_value());
+    const PixelRect dragged = window.managed().requireVisibleFrame();
     drag.drop();
     desktop.tarvex.awaitOnStandardError("SnapController.snapAndHide: failed to load config");
     drag.releaseKeys();
-    desktop.expectFrameUnchanged(window.managed(), *dragged);
+    desktop.expectFrameUnchanged(window.managed(), dragged);
     desktop.tarvex.expectCleanExit();
 }
 

@@ -210,8 +210,7 @@ TEST_P(Panel, ReleaseOverItTakesTheLastZone) {
 TEST_P(Panel, IsNotDraggedIntoAZoneItself) {
     Desktop& desktop = start();
     TestWindow panel(desktop.server.displayName(), topPanel());
-    const auto original = panel.managed().visibleFrame();
-    ASSERT_TRUE(original.has_value());
+    const PixelRect original = panel.managed().requireVisibleFrame();
     desktop.tarvex.allowOnStandardError("SnapController.snapAndHide: activeWindow=nil");
     Drag drag(desktop, panel.managed(), Drag::Begin::unfollowed);
     drag.pressToMatch(key::super);
@@ -219,7 +218,7 @@ TEST_P(Panel, IsNotDraggedIntoAZoneItself) {
     drag.drop();
     desktop.tarvex.awaitOnStandardError("SnapController.snapAndHide: activeWindow=nil");
     drag.releaseKeys();
-    desktop.expectFrameUnchanged(panel.managed(), *original);
+    desktop.expectFrameUnchanged(panel.managed(), original);
 }
 
 } // namespace

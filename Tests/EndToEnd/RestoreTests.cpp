@@ -10,27 +10,25 @@ INSTANTIATE_TEST_SUITE_P(Sessions, Restore, allSessions(), sessionName);
 TEST_P(Restore, LettingGoOfTheKeysPutsTheWindowBack) {
     Desktop& desktop = start();
     TestWindow window(desktop.server.displayName());
-    const auto original = window.managed().visibleFrame();
-    ASSERT_TRUE(original.has_value());
+    const PixelRect original = window.managed().requireVisibleFrame();
     Drag drag(desktop, window.managed(), Drag::Begin::observed);
     drag.pressToMatch(key::super);
     drag.moveTo({900, 500});
     drag.releaseToNoMatch(key::super);
-    desktop.expectFrame(window.managed(), *original);
-    drag.dropAndExpect(*original);
+    desktop.expectFrame(window.managed(), original);
+    drag.dropAndExpect(original);
 }
 
 TEST_P(Restore, AnExtraModifierPutsTheWindowBack) {
     Desktop& desktop = start();
     TestWindow window(desktop.server.displayName());
-    const auto original = window.managed().visibleFrame();
-    ASSERT_TRUE(original.has_value());
+    const PixelRect original = window.managed().requireVisibleFrame();
     Drag drag(desktop, window.managed(), Drag::Begin::observed);
     drag.pressToMatch(key::super);
     drag.moveTo({900, 500});
     drag.pressToNoMatch(key::alt);
-    desktop.expectFrame(window.managed(), *original);
-    drag.dropAndExpect(*original);
+    desktop.expectFrame(window.managed(), original);
+    drag.dropAndExpect(original);
 }
 
 TEST_P(Restore, PressingTheKeysAgainSnapsAfterAll) {
@@ -55,10 +53,9 @@ TEST_P(Restore, SwitchedOffLeavesTheWindowWhereItWasDragged) {
     drag.pressToMatch(key::super);
     drag.moveTo({900, 500});
     desktop.windowManager->barrier();
-    const auto dragged = window.managed().visibleFrame();
-    ASSERT_TRUE(dragged.has_value());
+    const PixelRect dragged = window.managed().requireVisibleFrame();
     drag.releaseToNoMatch(key::super);
-    drag.dropAndExpect(*dragged);
+    drag.dropAndExpect(dragged);
 }
 
 TEST_P(Restore, ASnappedWindowGoesBackToItsZoneNotToAnEarlierSize) {

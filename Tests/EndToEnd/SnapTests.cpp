@@ -98,11 +98,10 @@ TEST_P(Snap, AnExtraModifierIsNoMatch) {
     drag.pressToNoMatch(key::super);
     drag.moveTo({900, 500});
     desktop.windowManager->barrier();
-    const auto dropped = window.managed().visibleFrame();
-    ASSERT_TRUE(dropped.has_value());
+    const PixelRect dropped = window.managed().requireVisibleFrame();
     drag.drop();
     drag.releaseKeys();
-    desktop.expectFrameUnchanged(window.managed(), *dropped);
+    desktop.expectFrameUnchanged(window.managed(), dropped);
     EXPECT_EQ(desktop.tarvex.countInLog("updateOverlayState noMatch modifiers=4352"), 1);
     EXPECT_EQ(desktop.tarvex.countInLog("snapAndHide"), 0);
 }
@@ -114,12 +113,11 @@ TEST_P(Snap, KeysHeldBeforeTheButtonDoNothingUntilOneChanges) {
     Drag drag(desktop, window.managed());
     drag.moveTo({900, 500});
     desktop.windowManager->barrier();
-    const auto dropped = window.managed().visibleFrame();
-    ASSERT_TRUE(dropped.has_value());
+    const PixelRect dropped = window.managed().requireVisibleFrame();
     drag.drop();
     desktop.windowManager->barrier();
     desktop.keyboard.release(key::super);
-    desktop.expectFrameUnchanged(window.managed(), *dropped);
+    desktop.expectFrameUnchanged(window.managed(), dropped);
     EXPECT_EQ(desktop.tarvex.countInLog("snapAndHide"), 0);
 }
 

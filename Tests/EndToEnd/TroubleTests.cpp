@@ -116,12 +116,11 @@ TEST_P(Trouble, AReleaseBeforeAnyZoneWasTouchedIsAbandoned) {
     drag.moveTo({600, 20});
     drag.pressToMatch(key::super);
     desktop.windowManager->barrier();
-    const auto dragged = window.managed().visibleFrame();
-    ASSERT_TRUE(dragged.has_value());
+    const PixelRect dragged = window.managed().requireVisibleFrame();
     drag.drop();
     desktop.tarvex.awaitOnStandardError("SnapController.snapAndHide: selection rect=nil");
     drag.releaseKeys();
-    desktop.expectFrameUnchanged(window.managed(), *dragged);
+    desktop.expectFrameUnchanged(window.managed(), dragged);
 }
 
 } // namespace

@@ -138,7 +138,7 @@ TEST_P(Windows, ADialogSnapsAndItsOwnerStays) {
     options.transientFor = owner.id();
     options.geometry = {320, 280, 200, 150};
     TestWindow dialog(desktop.server.displayName(), options);
-    const auto ownerFrame = owner.managed().visibleFrame();
+    const PixelRect ownerFrame = owner.managed().requireVisibleFrame();
     const PixelRect area = desktop.screenArea();
     snapAndExpect(desktop, dialog.managed(), pointIn(area, rightHalf), zoneFrame(area, rightHalf));
     EXPECT_EQ(owner.managed().visibleFrame(), ownerFrame);

@@ -12,8 +12,7 @@ namespace tarvex {
 CompositorWatch::CompositorWatch(XConnection& connection, XEventPump& pump, std::function<void()> changed)
     : connection_(&connection),
       changed_(std::move(changed)),
-      selection_(connection.atom("_NET_WM_CM_S" + std::to_string(connection.screenNumber()))),
-      witness_(xcb_generate_id(connection.get())) {
+      selection_(connection.atom("_NET_WM_CM_S" + std::to_string(connection.screenNumber()))) {
     watchSelection(pump);
     subscriptions_.push_back(pump.subscribe(XCB_EXPOSE, [this](const xcb_generic_event_t& event) {
         if (reinterpret_cast<const xcb_expose_event_t&>(event).window == witness_) {
@@ -25,10 +24,15 @@ CompositorWatch::CompositorWatch(XConnection& connection, XEventPump& pump, std:
 }
 
 CompositorWatch::~CompositorWatch() {
+    destroyWitness();
+}
+
+void CompositorWatch::destroyWitness() {
     connection_->discard(xcb_destroy_window_checked(connection_->get(), witness_));
 }
 
 void CompositorWatch::makeWitness() {
+    witness_ = xcb_generate_id(connection_->get());
     xcb_create_window_value_list_t attributes{};
     attributes.override_redirect = 1;
     attributes.event_mask = XCB_EVENT_MASK_EXPOSURE;
@@ -57,11 +61,20 @@ void CompositorWatch::watchSelection(XEventPump& pump) {
     subscriptions_.push_back(pump.subscribe(type, [this](const xcb_generic_event_t& event) {
         const auto& notification = reinterpret_cast<const xcb_xfixes_selection_notify_event_t&>(event);
         if (notification.selection == selection_) {
-            // The server gives the windows back to themselves when their manager goes, which cannot be seen.
-            const bool hasManager = notification.owner != XCB_WINDOW_NONE;
-            update(hasManager, isWitnessRedirected_ && hasManager);
+            handleOwner(notification.owner);
         }
     }));
+}
+
+void CompositorWatch::handleOwner(xcb_window_t owner) {
+    // The server gives the windows back to themselves when their manager goes, which cannot be seen.
+    update(false, false);
+    if (owner != XCB_WINDOW_NONE) {
+        // A manager that has taken the windows over already exposes only what is mapped from now on.
+        destroyWitness();
+        makeWitness();
+        update(true, false);
+    }
 }
 
 void CompositorWatch::readOwner() {

@@ -18,7 +18,9 @@ namespace tarvex {
 class CompositorWatch {
 public:
     /// The connection and the pump must outlive the watch.
-    /// @param changed called when the answer has changed
+    /// @param changed called when the answer has changed; also, with no in between, when one manager takes
+    /// over
+    ///   from another
     CompositorWatch(XConnection& connection, XEventPump& pump, std::function<void()> changed);
 
     CompositorWatch(const CompositorWatch&) = delete;
@@ -31,6 +33,8 @@ public:
 
 private:
     void makeWitness();
+    void destroyWitness();
+    void handleOwner(xcb_window_t owner);
     void watchSelection(XEventPump& pump);
     void readOwner();
     void update(bool hasManager, bool isWitnessRedirected);
@@ -38,7 +42,7 @@ private:
     XConnection* connection_;
     std::function<void()> changed_;
     xcb_atom_t selection_;
-    xcb_window_t witness_;
+    xcb_window_t witness_ = XCB_WINDOW_NONE;
     bool hasManager_ = false;
     bool isWitnessRedirected_ = false;
     std::vector<std::unique_ptr<XEventPump::Subscription>> subscriptions_;

@@ -8,13 +8,19 @@ OverlayWindow::OverlayWindow(XWindowPlatform& platform, const WindowAttributes& 
                              std::unique_ptr<OverlaySurface> surface)
     : platform_(&platform), attributes_(attributes), surface_(std::move(surface)) {
     if (surface_) {
-        surface_->setClickThrough(attributes.ignoresMouseEvents);
+        surface_->setClickThrough(attributes_.ignoresMouseEvents);
     }
 }
 
 OverlayWindow::~OverlayWindow() {
     platform_->forget(*this);
     platform_->giveBack(std::move(surface_));
+}
+
+void OverlayWindow::replaceSurface(std::unique_ptr<OverlaySurface> surface) {
+    surface_ = std::move(surface);
+    surface_->setClickThrough(attributes_.ignoresMouseEvents);
+    needsRaising_ = isVisible_;
 }
 
 void OverlayWindow::setScene(Scene scene) {

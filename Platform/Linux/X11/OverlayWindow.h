@@ -28,6 +28,9 @@ public:
     /// Null when the server cannot show overlays.
     [[nodiscard]] OverlaySurface* surface() const { return surface_.get(); }
 
+    /// Goes on with another native window, not yet shown.
+    void replaceSurface(std::unique_ptr<OverlaySurface> surface);
+
     /// The window must be drawn anew although its scene is the same.
     void invalidate() { needsDrawing_ = true; }
 

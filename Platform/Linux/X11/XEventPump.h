@@ -12,7 +12,8 @@ namespace tarvex {
 
 /// Hands the events of a connection to those who wait for them. It reads what has arrived and never waits.
 /// The main loop calls processPending() when the connection's file descriptor is readable, and
-/// processQueued() before it goes to sleep, since a wait for a reply may have taken events off the descriptor.
+/// processQueued() before it goes to sleep, since a wait for a reply may have taken events off the
+/// descriptor.
 class XEventPump {
 public:
     using EventHandler = std::function<void(const xcb_generic_event_t&)>;
@@ -48,8 +49,9 @@ public:
     /// Calls the handler once, when the connection breaks.
     void setConnectionLostHandler(std::function<void()> handler) { connectionLost_ = std::move(handler); }
 
-    /// Handles the events that have arrived, then ends the turn and flushes. When so many have arrived that one
-    /// read does not take them all, the descriptor stays readable. Calls from within a handler do nothing.
+    /// Handles the events that have arrived, then ends the turn and flushes. When so many have arrived that
+    /// one read does not take them all, the descriptor stays readable. Calls from within a handler do
+    /// nothing.
     void processPending();
 
     /// The same for events that were read before; does not touch the descriptor.

@@ -25,7 +25,7 @@ XWindowPlatform::XWindowPlatform(XConnection& connection, XEventPump& pump, Desk
         }
         return;
     }
-    spare_.push_back(std::make_unique<OverlaySurface>(connection, *visual_));
+    spare_.push_back(makeSurface());
     subscriptions_.push_back(
         pump.subscribe(XCB_EXPOSE, [this](const xcb_generic_event_t& event) { handleExpose(event); }));
     subscriptions_.push_back(pump.subscribeTurnEnd([this] { endTurn(); }));
@@ -43,12 +43,16 @@ OverlayStyle XWindowPlatform::style() const {
     return compositor_.isBlending() && visual_->hasAlpha() ? OverlayStyle::blended : OverlayStyle::shaped;
 }
 
+std::unique_ptr<OverlaySurface> XWindowPlatform::makeSurface() const {
+    return std::make_unique<OverlaySurface>(*connection_, *visual_);
+}
+
 std::unique_ptr<OverlaySurface> XWindowPlatform::takeSurface() {
     if (!visual_) {
         return nullptr;
     }
     if (spare_.empty()) {
-        return std::make_unique<OverlaySurface>(*connection_, *visual_);
+        return makeSurface();
     }
     auto surface = std::move(spare_.back());
     spare_.pop_back();
@@ -68,8 +72,20 @@ void XWindowPlatform::forget(const OverlayWindow& window) {
 }
 
 void XWindowPlatform::handleCompositorChange() {
+    if (!visual_) {
+        return;
+    }
+    // There are compositing managers that never draw anew what was there before them.
+    if (compositor_.isBlending()) {
+        spare_.clear();
+        spare_.push_back(makeSurface());
+    }
     for (OverlayWindow* window : windows_) {
-        window->invalidate();
+        if (compositor_.isBlending()) {
+            window->replaceSurface(makeSurface());
+        } else {
+            window->invalidate();
+        }
     }
     scheduleUpdate();
 }

@@ -47,6 +47,7 @@ private:
     friend class OverlayWindow;
 
     [[nodiscard]] OverlayStyle style() const;
+    [[nodiscard]] std::unique_ptr<OverlaySurface> makeSurface() const;
     [[nodiscard]] std::unique_ptr<OverlaySurface> takeSurface();
     void giveBack(std::unique_ptr<OverlaySurface> surface);
     void forget(const OverlayWindow& window);

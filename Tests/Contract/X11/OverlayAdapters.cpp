@@ -14,6 +14,18 @@ constexpr test::PixelRect backgroundArea{0, 0, OverlayDesktop::width - 1, Overla
 
 constexpr test::PixelRect markerArea{OverlayDesktop::width - 4, 0, 4, 4};
 
+constexpr test::PixelRect offScreenArea{-100, -100, 1, 1};
+
+constexpr const char* xfwm4Configuration = R"(<?xml version="1.0" encoding="UTF-8"?>
+<channel name="xfwm4" version="1.0">
+  <property name="general" type="empty">
+    <property name="workspace_count" type="int" value="1"/>
+    <property name="use_compositing" type="bool" value="true"/>
+    <property name="vblank_mode" type="string" value="off"/>
+  </property>
+</channel>
+)";
+
 std::unique_ptr<XConnection> openOrThrow(const std::string& displayName) {
     auto connection = XConnection::open(displayName);
     if (!connection) {
@@ -72,54 +84,58 @@ bool XOverlayAdapters::owns(xcb_window_t window) const {
     return (window & ~setup.resource_id_mask) == setup.resource_id_base;
 }
 
+bool isRedirected(test::XClient& client, xcb_window_t window) {
+    // A window off the screen has pixels to read only if it is drawn to a place of its own.
+    const test::Owned<xcb_get_image_reply_t> image(xcb_get_image_reply(
+        client.connection(),
+        xcb_get_image(client.connection(), XCB_IMAGE_FORMAT_Z_PIXMAP, window, 0, 0, 1, 1, ~0U), nullptr));
+    return image != nullptr;
+}
+
+std::unique_ptr<test::ChildProcess> startComposingXfwm4(const test::XServer& server, test::XClient& client) {
+    const test::TestWindow probe(server.displayName(), plainWindow(offScreenArea, 0));
+    test::Command command;
+    command.environment = server.clientEnvironment("xfwm4");
+    server.scratch().write("xfwm4/config/xfce4/xfconf/xfce-perchannel-xml/xfwm4.xml", xfwm4Configuration);
+    command.arguments = {"dbus-run-session", "--", "xfwm4"};
+    auto process = std::make_unique<test::ChildProcess>(command);
+    client.waitUntil(
+        [&] {
+            return client.hasProperty(client.root(), "_NET_SUPPORTED") && isRedirected(client, probe.id());
+        },
+        "xfwm4 has taken the windows over");
+    return process;
+}
+
 OverlayDesktop::OverlayDesktop(Composition composition)
     : server(width, height),
-      background(server.displayName(), plainWindow(backgroundArea, backgroundColor)),
       client(server.displayName()),
-      offScreen_(server.displayName(), plainWindow({-100, -100, 1, 1}, 0)),
+      openbox_(composition == Composition::xfwm4
+                   ? nullptr
+                   : std::make_unique<test::WindowManager>(server, test::WindowManagerKind::openbox)),
+      xfwm4_(composition == Composition::xfwm4 ? startComposingXfwm4(server, client) : nullptr),
+      offScreen_(server.displayName(), plainWindow(offScreenArea, 0)),
+      background(server.displayName(), plainWindow(backgroundArea, backgroundColor)),
       adapters(server.displayName()),
       marker_(server.displayName(), plainWindow(markerArea, 0)) {
-    if (composition == Composition::xfwm4) {
-        startXfwm4();
-    } else {
-        openbox_.emplace(server, test::WindowManagerKind::openbox);
-    }
     if (composition == Composition::picom) {
         startCompositor();
     }
     settle();
 }
 
-void OverlayDesktop::startXfwm4() {
-    test::Command command;
-    command.environment = server.clientEnvironment("xfwm4");
-    command.arguments = {"dbus-run-session", "--", "xfwm4", "--compositor=on"};
-    xfwm4_.emplace(command);
-    client.waitUntil(
-        [this] {
-            return client.hasProperty(client.root(), "_NET_SUPPORTED") && isRedirected(offScreen_.id());
-        },
-        "xfwm4 has taken the windows over");
-}
-
 void OverlayDesktop::startCompositor() {
     compositor_.emplace(server);
-    client.waitUntil([this] { return isRedirected(offScreen_.id()); }, "picom has taken the windows over");
+    client.waitUntil([this] { return isRedirected(client, offScreen_.id()); },
+                     "picom has taken the windows over");
     adapters.catchUp();
 }
 
 void OverlayDesktop::stopCompositor() {
     compositor_.reset();
-    client.waitUntil([this] { return !isRedirected(offScreen_.id()); }, "the windows are on their own again");
+    client.waitUntil([this] { return !isRedirected(client, offScreen_.id()); },
+                     "the windows are on their own again");
     adapters.catchUp();
-}
-
-bool OverlayDesktop::isRedirected(xcb_window_t window) {
-    // A window off the screen has pixels to read only if it is drawn to a place of its own.
-    const test::Owned<xcb_get_image_reply_t> image(xcb_get_image_reply(
-        client.connection(),
-        xcb_get_image(client.connection(), XCB_IMAGE_FORMAT_Z_PIXMAP, window, 0, 0, 1, 1, ~0U), nullptr));
-    return image != nullptr;
 }
 
 void OverlayDesktop::settle() {

@@ -57,6 +57,13 @@ inline constexpr auto compositionName = [](const auto& info) {
     return "WithoutCompositor";
 };
 
+/// Whether the window, which must be off the screen, is drawn to a place of its own.
+[[nodiscard]] bool isRedirected(test::XClient& client, xcb_window_t window);
+
+/// xfwm4 with its own compositor. Returns when that has taken the windows over.
+[[nodiscard]] std::unique_ptr<test::ChildProcess> startComposingXfwm4(const test::XServer& server,
+                                                                      test::XClient& client);
+
 /// A private X server with a window manager, over whose screen, but for the last column, lies another
 /// program's window of one dark colour, and the overlay adapter.
 class OverlayDesktop {
@@ -83,23 +90,20 @@ public:
     [[nodiscard]] std::vector<xcb_window_t> nativeWindows();
 
     test::XServer server;
-    test::TestWindow background;
     test::XClient client;
 
 private:
-    void startXfwm4();
-
-    std::optional<test::WindowManager> openbox_;
-    std::optional<test::ChildProcess> xfwm4_;
+    /// Windows that are older than it are not safe with xfwm4, so whoever manages the screen comes first.
+    std::unique_ptr<test::WindowManager> openbox_;
+    std::unique_ptr<test::ChildProcess> xfwm4_;
     std::optional<test::Compositor> compositor_;
     test::TestWindow offScreen_;
 
 public:
+    test::TestWindow background;
     XOverlayAdapters adapters;
 
 private:
-    [[nodiscard]] bool isRedirected(xcb_window_t window);
-
     /// A spot in the top right corner that changes its colour on demand: whoever composes the screen has
     /// composed all earlier changes when that one can be seen.
     test::TestWindow marker_;

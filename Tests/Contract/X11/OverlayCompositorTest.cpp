@@ -7,6 +7,26 @@ namespace tarvex::contract {
 
 namespace {
 
+TEST(OverlayCompositorStart, OverlaysMadeBeforeAreDrawnByXfwm4) {
+    // It never draws anew the unmanaged windows that were there before it.
+    const test::XServer server;
+    test::XClient client(server.displayName());
+    XOverlayAdapters adapters(server.displayName());
+    WindowAttributes attributes;
+    attributes.contentRect = {100, 100, 200, 100};
+    const auto window = adapters.windows.makeWindow(attributes);
+    adapters.catchUp();
+    const auto xfwm4 = startComposingXfwm4(server, client);
+    const auto isWhite = [&](int x) { return test::Screenshot(client).pixel({x, 900}) == 0xFFFFFF; };
+    window->setScene({{FillRect{{0, 0, 100, 100}, {ColorName::white, 1}}}});
+    window->orderFront();
+    EXPECT_TRUE(adapters.waitUntil([&] { return isWhite(150) && !isWhite(250); }));
+    window->setScene({{FillRect{{100, 0, 100, 100}, {ColorName::white, 1}}}});
+    EXPECT_TRUE(adapters.waitUntil([&] { return !isWhite(150) && isWhite(250); }));
+    window->orderOut();
+    EXPECT_TRUE(adapters.waitUntil([&] { return !isWhite(150) && !isWhite(250); }));
+}
+
 class OverlayCompositorChange : public OverlayTest {};
 
 TEST(OverlayCompositorStart, DesktopShinesThroughAllTheWhile) {

@@ -43,13 +43,15 @@ std::vector<std::string> environmentStrings(const Environment& environment) {
         strings.push_back(std::string("PATH=") + path);
     }
     for (const auto& [name, value] : environment) {
-        strings.push_back(name + "=" + value);
+        strings.push_back(name);
+        strings.back().append("=").append(value);
     }
     return strings;
 }
 
 std::vector<char*> pointers(std::vector<std::string>& strings) {
     std::vector<char*> result;
+    result.reserve(strings.size() + 1);
     for (std::string& string : strings) {
         result.push_back(string.data());
     }

@@ -22,6 +22,14 @@ std::optional<PixelRect> ManagedWindow::visibleFrame() const {
     return shrunk(grown(*geometry, frameExtents()), invisibleExtents());
 }
 
+PixelRect ManagedWindow::requireVisibleFrame() const {
+    const std::optional<PixelRect> frame = visibleFrame();
+    if (!frame) {
+        throw std::runtime_error("the window is gone");
+    }
+    return *frame;
+}
+
 std::optional<PixelRect> ManagedWindow::frameWindowGeometry() const {
     const std::optional<xcb_window_t> frame = client_->topLevelOf(window_);
     if (!frame) {
@@ -37,15 +45,12 @@ std::optional<PixelRect> ManagedWindow::frameWindowGeometry() const {
 }
 
 PixelPoint ManagedWindow::titleBarPoint() const {
-    const std::optional<PixelRect> frame = visibleFrame();
-    if (!frame) {
-        throw std::runtime_error("a window without a frame has no title bar");
-    }
+    const PixelRect frame = requireVisibleFrame();
     // A client that decorates itself has its header bar inside its own window.
     constexpr int headerBarHeight = 40;
     const int decoration = frameExtents().top;
     const int top = decoration > 0 ? decoration : headerBarHeight;
-    return {frame->x + frame->width / 2, frame->y + top / 2 + 1};
+    return {frame.x + frame.width / 2, frame.y + top / 2 + 1};
 }
 
 bool ManagedWindow::hasState(std::string_view state) const {

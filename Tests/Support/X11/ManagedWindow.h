@@ -26,6 +26,9 @@ public:
     /// The frame that a person sees: decorations included, invisible borders not.
     [[nodiscard]] std::optional<PixelRect> visibleFrame() const;
 
+    /// The same; throws std::runtime_error when the window is gone.
+    [[nodiscard]] PixelRect requireVisibleFrame() const;
+
     /// The rectangle of the window manager's own frame window, as the X server has it.
     [[nodiscard]] std::optional<PixelRect> frameWindowGeometry() const;
 

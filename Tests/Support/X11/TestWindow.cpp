@@ -47,7 +47,8 @@ std::vector<std::uint32_t> normalHints(const TestWindowOptions& options) {
 
 } // namespace
 
-TestWindow::TestWindow(const std::string& displayName, TestWindowOptions options) : client_{displayName} {
+TestWindow::TestWindow(const std::string& displayName, const TestWindowOptions& options)
+    : client_{displayName} {
     client_.setEventHandler([this](const xcb_generic_event_t& event) {
         const int type = event.response_type & 0x7F;
         buttonEvents_ += type == XCB_BUTTON_PRESS || type == XCB_BUTTON_RELEASE ? 1 : 0;
@@ -89,6 +90,7 @@ void TestWindow::setHints(const TestWindowOptions& options) {
     }
     if (!options.states.empty()) {
         std::vector<std::uint32_t> states;
+        states.reserve(options.states.size());
         for (const std::string& state : options.states) {
             states.push_back(client_.atom(state));
         }

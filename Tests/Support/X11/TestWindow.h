@@ -50,7 +50,7 @@ struct TestWindowOptions {
 /// it is override-redirect, managed when the constructor returns. Destroying it closes it.
 class TestWindow {
 public:
-    explicit TestWindow(const std::string& displayName, TestWindowOptions options = {});
+    explicit TestWindow(const std::string& displayName, const TestWindowOptions& options = {});
     TestWindow(const TestWindow&) = delete;
     TestWindow& operator=(const TestWindow&) = delete;
     TestWindow(TestWindow&&) = delete;
