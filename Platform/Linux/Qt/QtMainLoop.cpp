@@ -1,6 +1,7 @@
 #include "Platform/Linux/Qt/QtMainLoop.h"
 
-#include <QMetaObject>
+#include <QCoreApplication>
+#include <QEvent>
 #include <QTimer>
 
 #include <algorithm>
@@ -17,6 +18,19 @@ int millisecondsOf(double seconds) {
     return static_cast<int>(std::clamp(seconds * 1000.0 + 0.5, 1.0, longest));
 }
 
+/// Carries a posted action.
+class ActionEvent final : public QEvent {
+public:
+    static constexpr QEvent::Type type = QEvent::User;
+
+    explicit ActionEvent(std::function<void()> action) : QEvent(type), action_(std::move(action)) {}
+
+    void run() const { action_(); }
+
+private:
+    std::function<void()> action_;
+};
+
 class QtTimer final : public Timer {
 public:
     QtTimer(double intervalSeconds, bool isSingleShot, std::function<void()> action) {
@@ -32,8 +46,17 @@ private:
 
 } // namespace
 
+bool QtMainLoop::Receiver::event(QEvent* event) {
+    if (event->type() != ActionEvent::type) {
+        return QObject::event(event);
+    }
+    static_cast<const ActionEvent*>(event)->run();
+    return true;
+}
+
 void QtMainLoop::post(std::function<void()> action) {
-    QMetaObject::invokeMethod(&receiver_, std::move(action), Qt::QueuedConnection);
+    // Qt owns a posted event.
+    QCoreApplication::postEvent(&receiver_, std::make_unique<ActionEvent>(std::move(action)).release());
 }
 
 std::unique_ptr<Timer> QtMainLoop::scheduleRepeating(double intervalSeconds, std::function<void()> action) {

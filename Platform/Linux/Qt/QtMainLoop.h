@@ -2,6 +2,7 @@
 
 #include "App/Toolkit/MainLoop.h"
 
+#include <QEvent>
 #include <QObject>
 
 #include <functional>
@@ -20,8 +21,13 @@ public:
                                                       std::function<void()> action) override;
 
 private:
-    /// Receives the posted calls, so that they end with it.
-    QObject receiver_;
+    /// Receives the posted actions, so that they end with it.
+    class Receiver final : public QObject {
+    public:
+        bool event(QEvent* event) override;
+    };
+
+    Receiver receiver_;
 };
 
 } // namespace tarvex

@@ -34,14 +34,14 @@ void inPortions(std::span<const xcb_rectangle_t> rectangles, Action action) {
 
 } // namespace
 
-OverlaySurface::OverlaySurface(XConnection& connection, const OverlayVisual& visual)
+OverlaySurface::OverlaySurface(XConnection& connection, const OverlayVisual& visual, OverlayStyle style)
     : connection_(&connection),
       visual_(&visual),
+      style_(style),
       window_(xcb_generate_id(connection.get())),
       context_(xcb_generate_id(connection.get())) {
     create();
     setOverlayProperties(connection, window_);
-    image_.style = OverlayStyle::blended;
     connection.discard(xcb_map_window_checked(connection.get(), window_));
 }
 
@@ -54,15 +54,17 @@ void OverlaySurface::create() {
     xcb_connection_t* connection = connection_->get();
     xcb_create_window_value_list_t attributes{};
     attributes.background_pixel = 0;
+    // Without a background the desktop stays on the screen until the picture is drawn over it: no flash.
+    attributes.background_pixmap = XCB_BACK_PIXMAP_NONE;
     attributes.border_pixel = 0;
     attributes.override_redirect = 1;
     attributes.event_mask = XCB_EVENT_MASK_EXPOSURE;
     attributes.colormap = visual_->colormap();
+    const std::uint32_t background = style_ == OverlayStyle::blended ? XCB_CW_BACK_PIXEL : XCB_CW_BACK_PIXMAP;
     connection_->discard(xcb_create_window_aux_checked(
         connection, visual_->depth(), window_, connection_->root(), overlayParking.x, overlayParking.y,
         overlayParking.width, overlayParking.height, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, visual_->id(),
-        XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK |
-            XCB_CW_COLORMAP,
+        background | XCB_CW_BORDER_PIXEL | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK | XCB_CW_COLORMAP,
         &attributes));
     xcb_create_gc_value_list_t context{};
     context.graphics_exposures = 0;
@@ -84,29 +86,25 @@ void OverlaySurface::setClickThrough(bool isClickThrough) {
 }
 
 void OverlaySurface::show(OverlayImage image, bool raise) {
-    const bool keepsPixels = isShown_ && image.frame == image_.frame && image.style == image_.style;
+    const bool keepsPixels = isShown_ && image.frame == image_.frame;
     const bool isResized =
         !isShown_ || image.frame.width != image_.frame.width || image.frame.height != image_.frame.height;
-    if (image.style != image_.style) {
-        applyStyle(image.style);
-    }
     const OverlayImage before = std::exchange(image_, std::move(image));
     const bool isSamePicture = keepsPixels && before.fills == image_.fills;
-    if (image_.style == OverlayStyle::shaped && !isSamePicture) {
+    if (style_ == OverlayStyle::shaped && !isSamePicture) {
         setShape();
     }
-    if (raise) {
-        raiseToTop(*connection_, window_);
-    }
     if (!isShown_ || before.frame != image_.frame) {
-        place(image_.frame);
+        place(image_.frame, raise);
+    } else if (raise) {
+        raiseToTop(*connection_, window_);
     }
     isShown_ = true;
     if (isSamePicture) {
         return;
     }
     exposed_ = keepsPixels ? exposed_ : PixelRect{};
-    if (!keepsPixels && !isResized && image_.style == OverlayStyle::blended) {
+    if (!keepsPixels && !isResized && style_ == OverlayStyle::blended) {
         connection_->discard(xcb_clear_area_checked(connection_->get(), 0, window_, 0, 0, 0, 0));
     }
     draw(keepsPixels ? changedPixels(before.fills, image_.fills, area())
@@ -117,37 +115,25 @@ void OverlaySurface::hide() {
     if (std::exchange(isShown_, false)) {
         // In this order, and not in one request: a compositing manager that is told of both at once, or of
         // the stacking first, leaves parts of the picture on other windows.
-        place(overlayParking);
+        place(overlayParking, false);
         lowerToBottom(*connection_, window_);
         exposed_ = {};
     }
 }
 
-void OverlaySurface::place(const PixelRect& frame) {
+void OverlaySurface::place(const PixelRect& frame, bool raise) {
     xcb_configure_window_value_list_t values{};
     values.x = frame.x;
     values.y = frame.y;
     values.width = static_cast<std::uint32_t>(std::max(frame.width, 1));
     values.height = static_cast<std::uint32_t>(std::max(frame.height, 1));
+    values.stack_mode = XCB_STACK_MODE_ABOVE;
+    const int stacking = raise ? XCB_CONFIG_WINDOW_STACK_MODE : 0;
     connection_->discard(xcb_configure_window_aux_checked(
         connection_->get(), window_,
-        XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT,
+        static_cast<std::uint16_t>(XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH |
+                                   XCB_CONFIG_WINDOW_HEIGHT | stacking),
         &values));
-}
-
-void OverlaySurface::applyStyle(OverlayStyle style) {
-    xcb_change_window_attributes_value_list_t attributes{};
-    if (style == OverlayStyle::blended) {
-        connection_->discard(xcb_change_window_attributes_aux_checked(connection_->get(), window_,
-                                                                      XCB_CW_BACK_PIXEL, &attributes));
-        connection_->discard(xcb_shape_mask_checked(connection_->get(), XCB_SHAPE_SO_SET,
-                                                    XCB_SHAPE_SK_BOUNDING, window_, 0, 0, XCB_PIXMAP_NONE));
-    } else {
-        // Without a background the desktop stays on the screen until the picture is drawn over it: no flash.
-        attributes.background_pixmap = XCB_BACK_PIXMAP_NONE;
-        connection_->discard(xcb_change_window_attributes_aux_checked(connection_->get(), window_,
-                                                                      XCB_CW_BACK_PIXMAP, &attributes));
-    }
 }
 
 void OverlaySurface::setShape() {

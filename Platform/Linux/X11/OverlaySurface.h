@@ -12,7 +12,6 @@ namespace tarvex {
 /// What an overlay window shows, and where on the root window.
 struct OverlayImage {
     PixelRect frame;
-    OverlayStyle style = OverlayStyle::blended;
     std::vector<PixelFill> fills;
 
     bool operator==(const OverlayImage&) const = default;
@@ -28,7 +27,8 @@ struct OverlayImage {
 class OverlaySurface {
 public:
     /// The connection and the visual must outlive it. The server must have the SHAPE extension.
-    OverlaySurface(XConnection& connection, const OverlayVisual& visual);
+    /// @param visual one chosen for the style
+    OverlaySurface(XConnection& connection, const OverlayVisual& visual, OverlayStyle style);
 
     OverlaySurface(const OverlaySurface&) = delete;
     OverlaySurface& operator=(const OverlaySurface&) = delete;
@@ -37,6 +37,8 @@ public:
     ~OverlaySurface();
 
     [[nodiscard]] xcb_window_t window() const { return window_; }
+
+    [[nodiscard]] OverlayStyle style() const { return style_; }
 
     [[nodiscard]] bool isShown() const { return isShown_; }
 
@@ -63,8 +65,7 @@ public:
 
 private:
     void create();
-    void applyStyle(OverlayStyle style);
-    void place(const PixelRect& frame);
+    void place(const PixelRect& frame, bool raise);
     void setShape();
     void draw(const std::vector<PixelFill>& tiles);
 
@@ -72,6 +73,7 @@ private:
 
     XConnection* connection_;
     const OverlayVisual* visual_;
+    OverlayStyle style_;
     xcb_window_t window_;
     xcb_gcontext_t context_;
     OverlayImage image_;

@@ -8,19 +8,19 @@
 
 namespace tarvex {
 
-/// The visual that overlay windows are made with, and its colormap. One with alpha where the server has it.
+/// A visual that overlay windows are made with, and its colormap.
 class OverlayVisual {
 public:
-    /// Null when the server has no true-colour visual at all. The connection must outlive the visual.
-    [[nodiscard]] static std::unique_ptr<OverlayVisual> choose(XConnection& connection);
+    /// The visual with alpha for windows that are blended. For shaped ones that of the root window: the
+    /// server draws windows of any other to a place of their own and copies them to the screen. Null when the
+    /// server has no such visual with true colours. The connection must outlive the visual.
+    [[nodiscard]] static std::unique_ptr<OverlayVisual> choose(XConnection& connection, OverlayStyle style);
 
     OverlayVisual(const OverlayVisual&) = delete;
     OverlayVisual& operator=(const OverlayVisual&) = delete;
     OverlayVisual(OverlayVisual&&) = delete;
     OverlayVisual& operator=(OverlayVisual&&) = delete;
     ~OverlayVisual();
-
-    [[nodiscard]] bool hasAlpha() const { return hasAlpha_; }
 
     [[nodiscard]] std::uint8_t depth() const { return depth_; }
 
@@ -37,7 +37,6 @@ private:
     XConnection* connection_;
     std::uint8_t depth_;
     xcb_visualtype_t type_;
-    bool hasAlpha_;
     xcb_colormap_t colormap_;
 };
 

@@ -6,10 +6,8 @@ namespace tarvex {
 
 OverlayWindow::OverlayWindow(XWindowPlatform& platform, const WindowAttributes& attributes,
                              std::unique_ptr<OverlaySurface> surface)
-    : platform_(&platform), attributes_(attributes), surface_(std::move(surface)) {
-    if (surface_) {
-        surface_->setClickThrough(attributes_.ignoresMouseEvents);
-    }
+    : platform_(&platform), attributes_(attributes) {
+    replaceSurface(std::move(surface));
 }
 
 OverlayWindow::~OverlayWindow() {
@@ -19,7 +17,9 @@ OverlayWindow::~OverlayWindow() {
 
 void OverlayWindow::replaceSurface(std::unique_ptr<OverlaySurface> surface) {
     surface_ = std::move(surface);
-    surface_->setClickThrough(attributes_.ignoresMouseEvents);
+    if (surface_) {
+        surface_->setClickThrough(attributes_.ignoresMouseEvents);
+    }
     needsRaising_ = isVisible_;
 }
 
@@ -73,9 +73,8 @@ OverlayImage OverlayWindow::makeImage() const {
     whole.primitives.emplace_back(FillRect{
         {0, 0, attributes_.contentRect.width, attributes_.contentRect.height}, attributes_.backgroundColor});
     whole.primitives.insert(whole.primitives.end(), scene_.primitives.begin(), scene_.primitives.end());
-    const OverlayStyle style = platform_->style();
-    return {placement.layout.pixelsOfScreenRect(placement.viewFrame), style,
-            pixelFillsOfScene(whole, placement, style)};
+    return {placement.layout.pixelsOfScreenRect(placement.viewFrame),
+            pixelFillsOfScene(whole, placement, surface_->style())};
 }
 
 } // namespace tarvex

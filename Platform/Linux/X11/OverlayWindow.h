@@ -28,11 +28,8 @@ public:
     /// Null when the server cannot show overlays.
     [[nodiscard]] OverlaySurface* surface() const { return surface_.get(); }
 
-    /// Goes on with another native window, not yet shown.
+    /// Goes on with another native window, not yet shown; null when the server cannot show overlays.
     void replaceSurface(std::unique_ptr<OverlaySurface> surface);
-
-    /// The window must be drawn anew although its scene is the same.
-    void invalidate() { needsDrawing_ = true; }
 
     /// Brings about what was asked for since the last time.
     void update();

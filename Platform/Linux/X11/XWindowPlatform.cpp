@@ -16,16 +16,13 @@ XWindowPlatform::XWindowPlatform(XConnection& connection, XEventPump& pump, Desk
       accentColor_(std::move(accentColor)),
       compositor_(connection, pump, [this] { handleCompositorChange(); }) {
     if (connection.extension(xcb_shape_id) != nullptr) {
-        visual_ = OverlayVisual::choose(connection);
+        blendedVisual_ = OverlayVisual::choose(connection, OverlayStyle::blended);
+        shapedVisual_ = OverlayVisual::choose(connection, OverlayStyle::shaped);
     }
-    if (!visual_) {
-        if (log != nullptr) {
-            log->systemLog(
-                "The X server has no SHAPE extension or no true-colour visual; zones stay invisible");
-        }
-        return;
+    if (!shapedVisual_ && log != nullptr) {
+        log->systemLog("The X server has no SHAPE extension or no true-colour visual; zones stay invisible");
     }
-    spare_.push_back(makeSurface());
+    giveBack(makeSurface());
     subscriptions_.push_back(
         pump.subscribe(XCB_EXPOSE, [this](const xcb_generic_event_t& event) { handleExpose(event); }));
     subscriptions_.push_back(pump.subscribeTurnEnd([this] { endTurn(); }));
@@ -39,18 +36,17 @@ std::unique_ptr<Window> XWindowPlatform::makeWindow(const WindowAttributes& attr
     return window;
 }
 
-OverlayStyle XWindowPlatform::style() const {
-    return compositor_.isBlending() && visual_->hasAlpha() ? OverlayStyle::blended : OverlayStyle::shaped;
-}
-
 std::unique_ptr<OverlaySurface> XWindowPlatform::makeSurface() const {
-    return std::make_unique<OverlaySurface>(*connection_, *visual_);
+    const bool isBlended = compositor_.isBlending() && blendedVisual_;
+    const OverlayVisual* visual = isBlended ? blendedVisual_.get() : shapedVisual_.get();
+    if (visual == nullptr) {
+        return nullptr;
+    }
+    const OverlayStyle style = isBlended ? OverlayStyle::blended : OverlayStyle::shaped;
+    return std::make_unique<OverlaySurface>(*connection_, *visual, style);
 }
 
 std::unique_ptr<OverlaySurface> XWindowPlatform::takeSurface() {
-    if (!visual_) {
-        return nullptr;
-    }
     if (spare_.empty()) {
         return makeSurface();
     }
@@ -72,22 +68,13 @@ void XWindowPlatform::forget(const OverlayWindow& window) {
 }
 
 void XWindowPlatform::handleCompositorChange() {
-    if (!visual_) {
-        return;
-    }
-    // There are compositing managers that never draw anew what was there before them.
-    if (compositor_.isBlending()) {
-        spare_.clear();
-        spare_.push_back(makeSurface());
-    }
+    // The other style has another visual, and there are compositing managers that never draw anew what was
+    // there before them.
+    spare_.clear();
+    giveBack(makeSurface());
     for (OverlayWindow* window : windows_) {
-        if (compositor_.isBlending()) {
-            window->replaceSurface(makeSurface());
-        } else {
-            window->invalidate();
-        }
+        window->replaceSurface(makeSurface());
     }
-    scheduleUpdate();
 }
 
 void XWindowPlatform::handleExpose(const xcb_generic_event_t& event) {

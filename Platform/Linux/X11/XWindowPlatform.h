@@ -46,7 +46,6 @@ public:
 private:
     friend class OverlayWindow;
 
-    [[nodiscard]] OverlayStyle style() const;
     [[nodiscard]] std::unique_ptr<OverlaySurface> makeSurface() const;
     [[nodiscard]] std::unique_ptr<OverlaySurface> takeSurface();
     void giveBack(std::unique_ptr<OverlaySurface> surface);
@@ -61,8 +60,9 @@ private:
     XConnection* connection_;
     DesktopLayoutProvider* layout_;
     AccentColor accentColor_;
-    /// Null when the server cannot show overlays.
-    std::unique_ptr<OverlayVisual> visual_;
+    /// Null where the server has no such visual.
+    std::unique_ptr<OverlayVisual> blendedVisual_;
+    std::unique_ptr<OverlayVisual> shapedVisual_;
     CompositorWatch compositor_;
     std::vector<OverlayWindow*> windows_;
     /// Native windows that no window uses. One is always at hand, so that the first overlay is as quick as
