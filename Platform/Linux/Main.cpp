@@ -37,13 +37,14 @@ public:
           pointer(connection, monitors),
           displays(connection, monitors),
           screens(connection, monitors, struts),
-          eventTap(connection, pump, pointer, SessionKind::fromEnvironment()),
+          eventTap(connection, pump, pointer, SessionKind::fromEnvironment(), {.mainLoop = &mainLoop}),
           accessibility(connection, pump, monitors, toolkitWindows()),
           windows(connection, pump, monitors, &SystemColors::accentColor, &log),
           eventSource(pump),
           files(XdgDirectories::configHome()) {}
 
     StandardErrorLog log;
+    QtMainLoop mainLoop;
     XEventPump pump;
     MonitorTracker monitors;
     StrutTracker struts;
@@ -54,7 +55,6 @@ public:
     XAccessibilityPlatform accessibility;
     XWindowPlatform windows;
     QtKeyWindow keyWindow;
-    QtMainLoop mainLoop;
     QtXEventSource eventSource;
     PosixFileManager files;
 

@@ -206,11 +206,12 @@ std::string readToEnd(const FileDescriptor& file, std::size_t expectedSize, cons
         if (count < 0) {
             fail("Cannot read", path, errno);
         }
-        if (count == 0) {
+        length += static_cast<std::size_t>(count);
+        // A whole file of the size that was announced needs no second look for its end.
+        if (count == 0 || length == expectedSize) {
             content.resize(length);
             return content;
         }
-        length += static_cast<std::size_t>(count);
         if (length == content.size()) {
             content.resize(content.size() * 2);
         }

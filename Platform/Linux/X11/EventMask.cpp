@@ -2,15 +2,47 @@
 
 namespace tarvex {
 
+namespace {
+
+constexpr std::uint32_t propertyChanges = XCB_EVENT_MASK_PROPERTY_CHANGE;
+
+void selectEvents(XConnection& connection, xcb_window_t window, std::uint32_t mask) {
+    connection.discard(
+        xcb_change_window_attributes_checked(connection.get(), window, XCB_CW_EVENT_MASK, &mask));
+}
+
+} // namespace
+
 void addEventMask(XConnection& connection, xcb_window_t window, std::uint32_t mask) {
     const auto attributes =
         connection.take(xcb_get_window_attributes_reply, xcb_get_window_attributes(connection.get(), window));
     if (!attributes || (attributes->your_event_mask & mask) == mask) {
         return;
     }
-    const std::uint32_t united = attributes->your_event_mask | mask;
-    connection.discard(
-        xcb_change_window_attributes_checked(connection.get(), window, XCB_CW_EVENT_MASK, &united));
+    selectEvents(connection, window, attributes->your_event_mask | mask);
+}
+
+XPropertyWatch::XPropertyWatch(XConnection& connection, xcb_window_t window)
+    : connection_(&connection),
+      window_(window),
+      attributes_(xcb_get_window_attributes(connection.get(), window)) {
+    selectEvents(connection, window, propertyChanges);
+}
+
+XPropertyWatch::~XPropertyWatch() {
+    keepEarlierEvents();
+    selectEvents(*connection_, window_, *earlierMask_);
+}
+
+void XPropertyWatch::keepEarlierEvents() {
+    if (earlierMask_) {
+        return;
+    }
+    const auto attributes = connection_->take(xcb_get_window_attributes_reply, attributes_);
+    earlierMask_ = attributes ? attributes->your_event_mask : 0;
+    if ((*earlierMask_ & ~propertyChanges) != 0) {
+        selectEvents(*connection_, window_, *earlierMask_ | propertyChanges);
+    }
 }
 
 } // namespace tarvex

@@ -3,6 +3,7 @@
 #include "Platform/Linux/X11/XConnection.h"
 
 #include <cstdint>
+#include <optional>
 
 namespace tarvex {
 
@@ -15,5 +16,30 @@ void addEventMask(XConnection& connection, xcb_window_t window, std::uint32_t ma
 inline void selectRootEvents(XConnection& connection, std::uint32_t mask) {
     addEventMask(connection, connection.root(), mask);
 }
+
+/// Hears of the changes of a window's properties (PropertyNotify) for as long as it lives, beside what this
+/// connection listens to there anyway. It waits for nobody when it is made: what is asked of the server
+/// afterwards is answered with the changes already listened to.
+class XPropertyWatch {
+public:
+    /// The connection must outlive the watch. A window that has gone is left alone.
+    XPropertyWatch(XConnection& connection, xcb_window_t window);
+
+    XPropertyWatch(const XPropertyWatch&) = delete;
+    XPropertyWatch& operator=(const XPropertyWatch&) = delete;
+    XPropertyWatch(XPropertyWatch&&) = delete;
+    XPropertyWatch& operator=(XPropertyWatch&&) = delete;
+    ~XPropertyWatch();
+
+    /// Brings back what was listened to before, beside the changes. Waits for the server unless an answer to
+    /// a later question is in already.
+    void keepEarlierEvents();
+
+private:
+    XConnection* connection_;
+    xcb_window_t window_;
+    xcb_get_window_attributes_cookie_t attributes_;
+    std::optional<std::uint32_t> earlierMask_;
+};
 
 } // namespace tarvex

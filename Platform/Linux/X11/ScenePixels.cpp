@@ -12,8 +12,10 @@ namespace {
 constexpr std::uint32_t whiteRgb = 0xFFFFFF;
 /// Without blending, a faint white line would vanish on a light window and glare on a dark one.
 constexpr PixelColor shapedLineColor = 0xFFB4B8BE;
-constexpr int shapedBorder = 3;
-constexpr int shapedLinePitch = 2;
+/// What a see-through fill leaves of itself without blending. A pattern inside would cost more than it shows:
+/// the server copies and repaints whatever lies below a shape rectangle by rectangle, and every program there
+/// is told of each one that goes away. Fine lines doubled the time that a window takes to its zone.
+constexpr int shapedFillBorder = 10;
 /// How far past the view's edges coordinates are followed, in points: far enough for every visible line.
 constexpr double reach = 4096;
 
@@ -61,7 +63,7 @@ public:
         if (style_ == OverlayStyle::blended || alpha == 0xFF) {
             add(*rect, premultiplied(rgb, alpha));
         } else {
-            addPattern(*rect, premultiplied(rgb, 0xFF));
+            addFrame(*rect, shapedFillBorder, premultiplied(rgb, 0xFF));
         }
     }
 
@@ -125,20 +127,6 @@ private:
         add({outer.x, outer.bottom() - width, outer.width, width}, color);
         add({outer.x, outer.y + width, width, inner}, color);
         add({outer.right() - width, outer.y + width, width, inner}, color);
-    }
-
-    /// A see-through fill without blending: a border and fine lines. They are upright because the server
-    /// keeps a shape in rows, each of which repeats all that is beside the pattern: lines across cost it a
-    /// hundred times more. They lie on whole multiples of the window, so that those of neighbouring and
-    /// overlapping rectangles meet.
-    void addPattern(const PixelRect& rect, PixelColor color) {
-        addFrame(rect, shapedBorder, color);
-        const int left = std::max(rect.x + shapedBorder, 0);
-        const int right = std::min(rect.right() - shapedBorder, window_.width);
-        for (int x = left + (shapedLinePitch - left % shapedLinePitch) % shapedLinePitch; x < right;
-             x += shapedLinePitch) {
-            add({x, rect.y + shapedBorder, 1, rect.height - 2 * shapedBorder}, color);
-        }
     }
 
     const ScenePlacement* placement_;

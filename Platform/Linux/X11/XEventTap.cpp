@@ -14,11 +14,12 @@ constexpr std::uint32_t buttonEvents =
 
 } // namespace
 
-XEventTap::XEventTap(XConnection& connection, XEventPump& pump, XPointer& pointer,
+XEventTap::XEventTap(XConnection& connection, XEventPump& pump, XPointer& pointer, MotionPace pace,
                      const EventTapRequest& request)
     : connection_(&connection),
       pointer_(&pointer),
       pump_(&pump),
+      pace_(pace),
       request_(request),
       modifierMap_(connection),
       buttonMap_(connection),
@@ -70,6 +71,7 @@ void XEventTap::stop() {
     }
     subscriptions_ = {};
     isMotionPending_ = false;
+    paceTimer_.reset();
     selectInput(XCB_INPUT_DEVICE_ALL_MASTER, 0);
     selectInput(XCB_INPUT_DEVICE_ALL, 0);
     selectModifiers(false);
@@ -127,7 +129,7 @@ void XEventTap::handleMappingChange(const xcb_generic_event_t& event) {
 }
 
 void XEventTap::handleTurnEnd() {
-    if (!isMotionPending_) {
+    if (!isMotionPending_ || !isMotionDue()) {
         return;
     }
     const bool isReallyDown = takeSnapshot();
@@ -146,13 +148,44 @@ void XEventTap::handleButton(bool isPress) {
     if (!isPress && !isButtonDown_) {
         return;
     }
+    if (isPress) {
+        handlePress();
+    } else {
+        handleRelease();
+    }
+}
+
+void XEventTap::handlePress() {
+    // Motion is listened to before the pointer is looked at, so that none goes by unseen in between.
+    setButtonDown(true);
     const bool isReallyDown = takeSnapshot();
+    if (!pointer_->snapshot().isOnScreen) {
+        // Every screen of the server hears of every press.
+        isMotionPending_ = false;
+        setButtonDown(false);
+        return;
+    }
     if (!deliverPendingMotion()) {
         return;
     }
-    isButtonConfirmed_ = isPress && isReallyDown;
-    setButtonDown(isPress);
-    static_cast<void>(deliver(isPress ? EventType::leftMouseDown : EventType::leftMouseUp));
+    isButtonConfirmed_ = isReallyDown;
+    static_cast<void>(deliver(EventType::leftMouseDown));
+}
+
+void XEventTap::handleRelease() {
+    // Every motion of a button that was seen to be down is announced: without one, the pointer is still
+    // where it was, and the window can be placed without a wait for a busy server.
+    if (isMotionPending_ || !isButtonConfirmed_) {
+        static_cast<void>(takeSnapshot());
+    } else {
+        pointer_->noteRelease(XCB_KEY_BUT_MASK_BUTTON_1);
+    }
+    if (!deliverPendingMotion()) {
+        return;
+    }
+    isButtonConfirmed_ = false;
+    setButtonDown(false);
+    static_cast<void>(deliver(EventType::leftMouseUp));
 }
 
 void XEventTap::handleModifiers(std::uint32_t modifiers) {
@@ -166,6 +199,26 @@ void XEventTap::handleModifiers(std::uint32_t modifiers) {
     }
     flags_ = flags;
     static_cast<void>(deliver(EventType::flagsChanged));
+}
+
+bool XEventTap::isMotionDue() {
+    if (pace_.mainLoop == nullptr) {
+        return true;
+    }
+    const std::chrono::duration<double> remaining =
+        pace_.interval - (std::chrono::steady_clock::now() - lastMotion_);
+    if (remaining.count() <= 0) {
+        return true;
+    }
+    if (!paceTimer_) {
+        paceTimer_ = pace_.mainLoop->scheduleOnce(remaining.count(), [this] {
+            XEventTap& tap = *this;
+            // This ends the action's own life.
+            tap.paceTimer_.reset();
+            tap.pump_->processQueued();
+        });
+    }
+    return false;
 }
 
 bool XEventTap::takeSnapshot() {
@@ -183,6 +236,7 @@ bool XEventTap::deliverPendingMotion() {
         return true;
     }
     isMotionPending_ = false;
+    lastMotion_ = std::chrono::steady_clock::now();
     return deliver(EventType::leftMouseDragged);
 }
 

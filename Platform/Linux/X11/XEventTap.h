@@ -1,20 +1,31 @@
 #pragma once
 
 #include "App/Input/EventTapPlatform.h"
+#include "App/Toolkit/MainLoop.h"
 #include "Platform/Linux/X11/XEventPump.h"
 #include "Platform/Linux/X11/XModifierMap.h"
 #include "Platform/Linux/X11/XPointer.h"
 #include "Platform/Linux/X11/XPointerButtonMap.h"
 
 #include <array>
+#include <chrono>
 #include <cstdint>
 #include <memory>
 
 namespace tarvex {
 
+/// How often motion is handed on at most. A mouse may report eight times as often as a display shows
+/// pictures, and nobody sees the selection change in between.
+struct MotionPace {
+    /// Must outlive the tap; null to hand on every motion as it comes.
+    MainLoop* mainLoop = nullptr;
+    std::chrono::microseconds interval{3000};
+};
+
 /// A tap on the raw events of the X server, which arrive whoever holds the pointer or the keyboard. Motion is
 /// asked for only while the first button is down, so that a moving pointer wakes nobody otherwise; what has
-/// queued up of it is delivered once, at the newest position.
+/// queued up of it is delivered once, at the newest position. The first motion is delivered at once, what
+/// follows at the given pace, and what is still due before any other event.
 ///
 /// Modifiers are followed by the server's own notices of its modifier state, in their order among the other
 /// events. A key that is let go while another client holds the keyboard is therefore noticed, and one that is
@@ -22,7 +33,8 @@ namespace tarvex {
 class XEventTap final : public EventTap {
 public:
     /// The server must have XInput 2.2 and XKB, and this client must have said so. All must outlive the tap.
-    XEventTap(XConnection& connection, XEventPump& pump, XPointer& pointer, const EventTapRequest& request);
+    XEventTap(XConnection& connection, XEventPump& pump, XPointer& pointer, MotionPace pace,
+              const EventTapRequest& request);
     XEventTap(const XEventTap&) = delete;
     XEventTap& operator=(const XEventTap&) = delete;
     XEventTap(XEventTap&&) = delete;
@@ -44,8 +56,12 @@ private:
     void handleMappingChange(const xcb_generic_event_t& event);
     void handleTurnEnd();
     void handleButton(bool isPress);
+    void handlePress();
+    void handleRelease();
     void handleModifiers(std::uint32_t modifiers);
 
+    /// Whether it is time to hand motion on; if not, sees to it that it will be.
+    [[nodiscard]] bool isMotionDue();
     /// One question to the server; true when it says that the first button is down.
     [[nodiscard]] bool takeSnapshot();
     void setButtonDown(bool isDown);
@@ -59,6 +75,7 @@ private:
     XConnection* connection_;
     XPointer* pointer_;
     XEventPump* pump_;
+    MotionPace pace_;
     EventTapRequest request_;
     XModifierMap modifierMap_;
     XPointerButtonMap buttonMap_;
@@ -75,6 +92,8 @@ private:
     /// another client keeps the pointer frozen.
     bool isButtonConfirmed_ = false;
     bool isMotionPending_ = false;
+    std::chrono::steady_clock::time_point lastMotion_;
+    std::unique_ptr<Timer> paceTimer_;
 };
 
 } // namespace tarvex

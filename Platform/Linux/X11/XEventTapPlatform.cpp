@@ -1,6 +1,5 @@
 #include "Platform/Linux/X11/XEventTapPlatform.h"
 
-#include "Platform/Linux/X11/XEventTap.h"
 #include "Platform/Linux/X11/XkbProtocol.h"
 
 #include <xcb/xinput.h>
@@ -44,8 +43,8 @@ SessionKind SessionKind::fromEnvironment() {
 }
 
 XEventTapPlatform::XEventTapPlatform(XConnection& connection, XEventPump& pump, XPointer& pointer,
-                                     SessionKind session)
-    : connection_(&connection), pump_(&pump), pointer_(&pointer), session_(session) {}
+                                     SessionKind session, MotionPace pace)
+    : connection_(&connection), pump_(&pump), pointer_(&pointer), session_(session), pace_(pace) {}
 
 bool XEventTapPlatform::preflightListenEventAccess() {
     return canListen();
@@ -59,7 +58,7 @@ std::unique_ptr<EventTap> XEventTapPlatform::createTap(const EventTapRequest& re
     if (!canListen()) {
         return nullptr;
     }
-    return std::make_unique<XEventTap>(*connection_, *pump_, *pointer_, request);
+    return std::make_unique<XEventTap>(*connection_, *pump_, *pointer_, pace_, request);
 }
 
 std::unique_ptr<RunLoopSource> XEventTapPlatform::createRunLoopSource(EventTap& tap) {

@@ -2,6 +2,7 @@
 
 #include "App/Input/EventTapPlatform.h"
 #include "Platform/Linux/X11/XEventPump.h"
+#include "Platform/Linux/X11/XEventTap.h"
 #include "Platform/Linux/X11/XPointer.h"
 
 #include <memory>
@@ -23,7 +24,8 @@ struct SessionKind {
 class XEventTapPlatform final : public EventTapPlatform {
 public:
     /// All must outlive the platform and its taps.
-    XEventTapPlatform(XConnection& connection, XEventPump& pump, XPointer& pointer, SessionKind session);
+    XEventTapPlatform(XConnection& connection, XEventPump& pump, XPointer& pointer, SessionKind session,
+                      MotionPace pace = {});
 
     [[nodiscard]] bool preflightListenEventAccess() override;
     [[nodiscard]] bool requestListenEventAccess() override;
@@ -41,6 +43,7 @@ private:
     XEventPump* pump_;
     XPointer* pointer_;
     SessionKind session_;
+    MotionPace pace_;
     /// A server does not change in this; asked once.
     std::optional<bool> serverShowsInput_;
 };

@@ -15,8 +15,13 @@ Point XPointer::mouseLocation() {
 const XPointer::Snapshot& XPointer::refresh() {
     const auto reply = connection_->take(xcb_query_pointer_reply,
                                          xcb_query_pointer(connection_->get(), connection_->root()));
-    if (reply && reply->same_screen != 0) {
-        snapshot_ = {reply->root_x, reply->root_y, reply->mask};
+    if (reply) {
+        snapshot_.isOnScreen = reply->same_screen != 0;
+        snapshot_.mask = reply->mask;
+    }
+    if (reply && snapshot_.isOnScreen) {
+        snapshot_.x = reply->root_x;
+        snapshot_.y = reply->root_y;
     }
     return snapshot_;
 }

@@ -18,6 +18,8 @@ public:
         int x = 0;
         int y = 0;
         std::uint16_t mask = 0;
+        /// False while the pointer is on another screen of the server; the place is then the last one here.
+        bool isOnScreen = true;
     };
 
     /// Keeps the snapshot as the answer for as long as it lives.
@@ -41,9 +43,12 @@ public:
 
     [[nodiscard]] Point mouseLocation() override;
 
-    /// Takes a new snapshot; when the server does not answer, or the pointer is on another screen of the
-    /// server, the old one stays.
+    /// Takes a new snapshot; when the server does not answer, the old one stays.
     const Snapshot& refresh();
+
+    /// Takes the button (xcb_key_but_mask_t) out of the snapshot, for a pointer that is known not to have
+    /// moved since.
+    void noteRelease(std::uint16_t button) { snapshot_.mask &= static_cast<std::uint16_t>(~button); }
 
     /// The last snapshot.
     [[nodiscard]] const Snapshot& snapshot() const { return snapshot_; }

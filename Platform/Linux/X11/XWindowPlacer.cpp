@@ -37,10 +37,13 @@ std::int32_t XWindowPlacer::prepare(xcb_window_t window) {
         return 0;
     }
     sendPending();
+    stopSettling();
+    auto watch = std::make_unique<XPropertyWatch>(*connection_, window);
     XWindowSituation situation = steering_.read(window);
+    watch->keepEarlierEvents();
     const std::int32_t error = situation.geometry.error;
     if (error == 0) {
-        pending_ = std::make_unique<Pending>(Pending{window, std::move(situation), {}, {}});
+        pending_ = std::make_unique<Pending>(Pending{window, std::move(watch), std::move(situation), {}, {}});
     }
     return error;
 }
@@ -57,15 +60,15 @@ void XWindowPlacer::sendPending() {
     }
     const std::unique_ptr<Pending> pending = std::move(pending_);
     const XWindowTarget target = targetOf(*pending);
-    stopSettling();
-    if (pending->situation.hasManager) {
-        // Before the window manager can know of it, so that no change goes by unseen.
-        startSettling(*pending, target);
-    }
     steering_.cancelInteractiveMove(pending->window, pending->situation);
     steering_.restore(pending->window, pending->situation);
     steering_.place(pending->window, pending->situation, target);
     connection_->flush();
+    if (pending->situation.hasManager) {
+        settling_ = std::make_unique<Settling>(Settling{pending->window, std::move(pending->watch),
+                                                        std::move(pending->situation), target,
+                                                        std::chrono::steady_clock::now()});
+    }
 }
 
 XWindowTarget XWindowPlacer::targetOf(const Pending& pending) {
@@ -85,21 +88,6 @@ XWindowTarget XWindowPlacer::targetOf(const Pending& pending) {
     return target;
 }
 
-void XWindowPlacer::startSettling(const Pending& pending, const XWindowTarget& target) {
-    selectEvents(pending.window, pending.situation.eventMask | XCB_EVENT_MASK_PROPERTY_CHANGE);
-    // Looked at once more in any case: the situation was read before its changes were listened to.
-    constexpr bool isChanged = true;
-    settling_ = std::make_unique<Settling>(
-        Settling{pending.window, pending.situation, target, std::chrono::steady_clock::now(), isChanged});
-}
-
-void XWindowPlacer::stopSettling() {
-    if (settling_) {
-        selectEvents(settling_->window, settling_->situation.eventMask);
-        settling_.reset();
-    }
-}
-
 void XWindowPlacer::handlePropertyChange(const xcb_generic_event_t& event) {
     const auto& change = reinterpret_cast<const xcb_property_notify_event_t&>(event);
     if (!settling_ || change.window != settling_->window) {
@@ -107,7 +95,7 @@ void XWindowPlacer::handlePropertyChange(const xcb_generic_event_t& event) {
     }
     const auto age = std::chrono::steady_clock::now() - settling_->start;
     if (age > times_.borders) {
-        stopSettling();
+        settling_.reset();
         return;
     }
     settling_->isChanged |= steering_.isBorderProperty(change.atom) ||
@@ -140,14 +128,7 @@ void XWindowPlacer::settle() {
         steering_.restore(settling_->window, now);
     }
     steering_.place(settling_->window, now, settling_->target);
-    // What was listened to before is what is gone back to at the end.
-    now.eventMask = settling_->situation.eventMask;
     settling_->situation = std::move(now);
-}
-
-void XWindowPlacer::selectEvents(xcb_window_t window, std::uint32_t eventMask) {
-    connection_->discard(
-        xcb_change_window_attributes_checked(connection_->get(), window, XCB_CW_EVENT_MASK, &eventMask));
 }
 
 } // namespace tarvex

@@ -2,6 +2,7 @@
 
 #include "Core/Geometry.h"
 #include "Platform/Linux/X11/DesktopLayout.h"
+#include "Platform/Linux/X11/EventMask.h"
 #include "Platform/Linux/X11/XEventPump.h"
 #include "Platform/Linux/X11/XWindowSteering.h"
 
@@ -47,11 +48,13 @@ public:
     void sendPending();
 
     /// Leaves the window that was placed last as it is from now on.
-    void stopSettling();
+    void stopSettling() { settling_.reset(); }
 
 private:
     struct Pending {
         xcb_window_t window = XCB_WINDOW_NONE;
+        /// Older than the situation, so that no change goes by unseen.
+        std::unique_ptr<XPropertyWatch> watch;
         XWindowSituation situation;
         std::optional<Point> position;
         std::optional<Size> size;
@@ -60,6 +63,7 @@ private:
     /// A window that was placed and may still change its borders or its state because of that.
     struct Settling {
         xcb_window_t window = XCB_WINDOW_NONE;
+        std::unique_ptr<XPropertyWatch> watch;
         XWindowSituation situation;
         XWindowTarget target;
         std::chrono::steady_clock::time_point start;
@@ -69,11 +73,9 @@ private:
     [[nodiscard]] std::int32_t prepare(xcb_window_t window);
     void sendIfComplete();
     [[nodiscard]] XWindowTarget targetOf(const Pending& pending);
-    void startSettling(const Pending& pending, const XWindowTarget& target);
     void handlePropertyChange(const xcb_generic_event_t& event);
     void handleTurnEnd();
     void settle();
-    void selectEvents(xcb_window_t window, std::uint32_t eventMask);
 
     XConnection* connection_;
     DesktopLayoutProvider* layout_;

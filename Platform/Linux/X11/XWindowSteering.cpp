@@ -44,7 +44,6 @@ XWindowSituation XWindowSteering::read(xcb_window_t window) {
     XWindowGeometryRequest geometry(*connection_, window);
     const auto stateCookie = requestPropertyWords(*connection_, window, atoms_.state);
     const auto supportedCookie = requestPropertyWords(*connection_, connection_->root(), atoms_.supported);
-    const auto windowCookie = xcb_get_window_attributes(server, window);
     const auto rootCookie = xcb_get_window_attributes(server, connection_->root());
     const auto pointerCookie = xcb_query_pointer(server, connection_->root());
 
@@ -52,11 +51,9 @@ XWindowSituation XWindowSteering::read(xcb_window_t window) {
     situation.geometry = geometry.take();
     situation.states = takePropertyWords(*connection_, stateCookie).words;
     const XPropertyWords supported = takePropertyWords(*connection_, supportedCookie);
-    const auto attributes = connection_->take(xcb_get_window_attributes_reply, windowCookie);
     const auto root = connection_->take(xcb_get_window_attributes_reply, rootCookie);
     const auto pointer = connection_->take(xcb_query_pointer_reply, pointerCookie);
 
-    situation.eventMask = attributes ? attributes->your_event_mask : 0;
     // A window manager leaves its properties behind when it dies, but not the redirection, which is its
     // office.
     situation.hasManager = root && (root->all_event_masks & XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT) != 0;

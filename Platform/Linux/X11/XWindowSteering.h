@@ -16,8 +16,6 @@ struct XWindowSituation {
     XWindowGeometry geometry;
     /// _NET_WM_STATE.
     std::vector<std::uint32_t> states;
-    /// What this connection listens to on the window already.
-    std::uint32_t eventMask = 0;
     bool hasManager = false;
     bool managerPlacesWindows = false;
     bool managerCancelsMoves = false;

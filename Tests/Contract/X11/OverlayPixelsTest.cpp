@@ -255,22 +255,27 @@ TEST_F(OverlayScenePixels, WhatCannotBeSeenOrIsNoNumberIsLeftOut) {
     EXPECT_TRUE(blended(outlined({0, 0, 10, 10}, none)).empty());
 }
 
-TEST_F(OverlayScenePixels, ShapedFillIsOpaqueAndLetsHalfOfTheDesktopThrough) {
+TEST_F(OverlayScenePixels, ShapedFillIsAnOpaqueBandAroundTheDesktop) {
     const auto tiles =
         visiblePixels(shaped(filled({20, 10, 106, 80}, {ColorName::accent, 0.5})), {0, 0, 200, 100});
     for (const PixelFill& tile : tiles) {
         EXPECT_EQ(tile.color, 0xFF336699U);
     }
-    // A border of three pixels, and every other column of the 100 by 74 within.
-    EXPECT_EQ(pixelCount(tiles), 106U * 80 - 100U * 74 + 50U * 74);
+    EXPECT_EQ(pixelCount(tiles), 106U * 80 - 86U * 60);
+    EXPECT_TRUE(visiblePixels(tiles, {30, 20, 86, 60}).empty());
 }
 
-TEST_F(OverlayScenePixels, ShapedFillsMeetOnTheSameLines) {
-    const Scene scene{{FillRect{{20, 10, 60, 50}, {ColorName::accent, 0.5}},
-                       FillRect{{21, 20, 60, 50}, {ColorName::accent, 0.5}}}};
-    // Where only the two patterns lie, every other column is free.
-    const auto tiles = visiblePixels(shaped(scene), {30, 45, 40, 20});
-    EXPECT_EQ(pixelCount(tiles), 20U * 20);
+TEST_F(OverlayScenePixels, ShapedFillTooSmallForItsBandIsSolid) {
+    const std::vector<PixelFill> expected{{{20, 70, 106, 20}, 0xFF336699}};
+    EXPECT_EQ(shaped(filled({20, 10, 106, 20}, {ColorName::accent, 0.5})), expected);
+}
+
+TEST_F(OverlayScenePixels, ShapeOfManyZonesIsMadeOfFewRectangles) {
+    Scene scene;
+    for (int zone = 0; zone < 12; ++zone) {
+        scene.primitives.emplace_back(FillRect{{zone * 16.0, 0, 15, 100}, {ColorName::accent, 0.5}});
+    }
+    EXPECT_LE(shaped(scene).size(), 4U * 12);
 }
 
 TEST_F(OverlayScenePixels, ShapedOutlineIsOpaqueOnTheSamePixels) {
