@@ -7,6 +7,7 @@
 #include <random>
 #include <system_error>
 #include <utility>
+#include <vector>
 
 namespace tarvex {
 
@@ -14,12 +15,27 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr std::string_view temporarySuffix = ".tmp";
+
+// The folder and its parents. Those that are new are open to their owner alone, as the XDG base directory rules
+// ask.
+void createPrivateFolders(const fs::path& folder) {
+    if (folder.empty() || fs::exists(folder)) {
+        return;
+    }
+    createPrivateFolders(folder.parent_path());
+    if (fs::create_directory(folder)) {
+        fs::permissions(folder, fs::perms::owner_all);
+    }
+}
+
 // Removes the file on the way out; one that was renamed is gone already.
 class TemporaryPath {
 public:
     explicit TemporaryPath(fs::path target) : path_(std::move(target)) {
         std::random_device device;
-        path_ += "." + std::to_string(device()) + ".tmp";
+        path_ += "." + std::to_string(device());
+        path_ += temporarySuffix;
     }
 
     TemporaryPath(const TemporaryPath&) = delete;
@@ -37,6 +53,35 @@ public:
 private:
     fs::path path_;
 };
+
+// Whether the name is one that a TemporaryPath gives to a file beside the target.
+bool isTemporaryName(std::string_view name, std::string_view target) {
+    if (name.size() <= target.size() + 1 + temporarySuffix.size() || !name.starts_with(target) ||
+        !name.ends_with(temporarySuffix)) {
+        return false;
+    }
+    name.remove_prefix(target.size());
+    name.remove_suffix(temporarySuffix.size());
+    return name.front() == '.' &&
+           name.find_first_not_of("0123456789", 1) == std::string_view::npos;
+}
+
+// Removes what a process left behind that ended in the middle of a cut. One that is cutting at this moment
+// loses its cut.
+void removeAbandonedFiles(const fs::path& target) {
+    const std::string name = target.filename().string();
+    std::vector<fs::path> abandoned;
+    for (const fs::directory_entry& entry : fs::directory_iterator(target.parent_path())) {
+        if (isTemporaryName(entry.path().filename().string(), name) &&
+            fs::is_regular_file(entry.symlink_status())) {
+            abandoned.push_back(entry.path());
+        }
+    }
+    for (const fs::path& path : abandoned) {
+        std::error_code ignored;
+        fs::remove(path, ignored);
+    }
+}
 
 // The last bytes of a file that is at least as large; none when they cannot be read.
 std::optional<std::string> readTail(const fs::path& path, std::uint64_t fileSize, std::uint64_t tailSize) {
@@ -61,6 +106,7 @@ bool writeWithPermissionsOf(const fs::path& model, const fs::path& path, std::st
 
 void replaceContent(const fs::path& path, std::string_view content) {
     const fs::path target = fs::canonical(path);
+    removeAbandonedFiles(target);
     const TemporaryPath temporary(target);
     if (writeWithPermissionsOf(target, temporary.path(), content)) {
         fs::rename(temporary.path(), target);
@@ -71,7 +117,7 @@ void replaceContent(const fs::path& path, std::string_view content) {
 
 LogFile::LogFile(std::string path) : path_(std::move(path)) {
     try {
-        fs::create_directories(fs::path(path_).parent_path());
+        createPrivateFolders(fs::path(path_).parent_path());
     } catch (const std::exception&) {
         return;
     }

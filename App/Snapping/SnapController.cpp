@@ -96,6 +96,7 @@ void SnapController::handleMouseDown() {
     selectionState_.clear();
     activeCells_.clear();
     hasLoggedSnapDrag_ = false;
+    hasLoggedTooManyZones_ = false;
 }
 
 void SnapController::updateOverlayState(Point point, const TapEvent& event) {
@@ -144,6 +145,11 @@ void SnapController::updateSelection(Point point, std::uint32_t modifiers) {
         return;
     }
     activeGrid_ = resolveGrid(*config, point);
+    if (hasTooManyZones(*activeGrid_)) {
+        refuseZones();
+        updateOverlay(*config, *visibleFrame, point);
+        return;
+    }
     activeCells_ = services_.gridCalculator.getCells(*activeGrid_);
     const auto normalizedPoint = services_.coordinateTransformer.toNormalizedPoint(point, *visibleFrame);
     if (!normalizedPoint) {
@@ -233,6 +239,7 @@ void SnapController::resetState() {
     activeModifiers_ = 0;
     originalWindowFrame_.reset();
     hasLoggedSnapDrag_ = false;
+    hasLoggedTooManyZones_ = false;
 }
 
 TarvexConfigRef SnapController::loadConfigOrDefault() {

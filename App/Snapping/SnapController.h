@@ -61,6 +61,10 @@ struct SnapPlatform {
 /// thread only; nothing throws.
 class SnapController {
 public:
+    /// A grid of more zones than this is not shown and snaps nothing: a configuration could ask for more
+    /// than the memory holds. Counted from the split lists as they stand.
+    static constexpr std::uint64_t maxZones = 100'000;
+
     SnapController(SnapServices services, const SnapPlatform& platform);
     SnapController(const SnapController&) = delete;
     SnapController& operator=(const SnapController&) = delete;
@@ -121,6 +125,8 @@ private:
     [[nodiscard]] static bool isMulti(std::uint32_t modifiers, const TarvexConfig& config);
     [[nodiscard]] static std::string_view modeName(std::uint32_t modifiers, const TarvexConfig& config);
     [[nodiscard]] GridDefinitionRef resolveGrid(const TarvexConfig& config, Point point);
+    [[nodiscard]] static bool hasTooManyZones(const GridDefinition& grid);
+    void refuseZones();
     [[nodiscard]] std::optional<Screen> screenUnder(Point point);
     [[nodiscard]] std::optional<Rect> getVisibleFrame(Point point);
     [[nodiscard]] std::optional<std::uint32_t> getDisplayId(Point point);
@@ -140,6 +146,7 @@ private:
     std::optional<Rect> originalWindowFrame_;
     GridDefinitionRef activeGrid_;
     bool hasLoggedSnapDrag_ = false;
+    bool hasLoggedTooManyZones_ = false;
     void* eventTapRefcon_ = nullptr;
 };
 

@@ -31,6 +31,10 @@ struct WindowAttributes {
     bool hasShadow = false;
     /// Clicks and drags go to the windows below.
     bool ignoresMouseEvents = false;
+    /// The pointer is followed also while no button is down.
+    bool acceptsMouseMovedEvents = false;
+    bool canBecomeKey = false;
+    bool canBecomeMain = false;
     bool isReleasedWhenClosed = false;
 
     bool operator==(const WindowAttributes&) const = default;

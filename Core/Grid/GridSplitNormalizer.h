@@ -15,7 +15,7 @@ public:
 
     [[nodiscard]] double epsilon() const { return epsilon_; }
 
-    /// A strictly increasing list of the splits that lie inside the unit interval, at least epsilon apart.
+    /// A strictly increasing list of the splits that lie inside the unit interval, more than epsilon apart.
     /// Values on or near an outer edge, outside the interval, or NaN are dropped; of a cluster the smallest
     /// value survives.
     [[nodiscard]] std::vector<double> normalizeSplits(const std::vector<double>& splits) const;

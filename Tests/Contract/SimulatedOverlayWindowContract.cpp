@@ -17,6 +17,9 @@ Pixel pixelOf(ColorName name) {
         return {0, 122, 255};
     case ColorName::clear:
     case ColorName::black:
+    case ColorName::gray:
+    case ColorName::blue:
+    case ColorName::red:
         break;
     }
     return {};

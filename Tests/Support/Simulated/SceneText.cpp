@@ -3,7 +3,6 @@
 #include "Tests/Support/Simulated/Journal.h"
 
 #include <algorithm>
-#include <type_traits>
 #include <variant>
 
 namespace tarvex {
@@ -20,6 +19,12 @@ std::string nameOf(ColorName name) {
         return "black";
     case ColorName::accent:
         return "accent";
+    case ColorName::gray:
+        return "gray";
+    case ColorName::blue:
+        return "blue";
+    case ColorName::red:
+        return "red";
     }
     return "unknown";
 }
@@ -31,8 +36,46 @@ std::string line(const char* what, const Rect& rect, const Color& color) {
     return text;
 }
 
+std::string outline(const char* what, const Rect& rect, const Color& color, double width) {
+    return line(what, rect, color).append(" width ").append(describe(width));
+}
+
+/// One line of text for each kind of primitive.
+struct Describer {
+    std::string operator()(const FillRect& fill) const { return line("fill", fill.rect, fill.color); }
+
+    std::string operator()(const StrokeRect& stroke) const {
+        return outline("stroke", stroke.rect, stroke.color, stroke.lineWidth);
+    }
+
+    std::string operator()(const StrokeLine& stroke) const {
+        return "line " + describe(stroke.start) + " to " + describe(stroke.end) + " " +
+               nameOf(stroke.color.name) + " " + describe(stroke.color.alpha) + " width " +
+               describe(stroke.lineWidth);
+    }
+
+    std::string operator()(const FillEllipse& fill) const {
+        return line("fill ellipse", fill.rect, fill.color);
+    }
+
+    std::string operator()(const StrokeEllipse& stroke) const {
+        return outline("stroke ellipse", stroke.rect, stroke.color, stroke.lineWidth);
+    }
+
+    std::string operator()(const FillRoundedRect& fill) const {
+        return line("fill rounded", fill.rect, fill.color) + " radii " + describe(fill.radii);
+    }
+
+    std::string operator()(const TextLabel& label) const {
+        return "text " + describe(label.origin) + " \"" + label.text + "\" " + nameOf(label.color.name) +
+               " " + describe(label.color.alpha) + " size " + describe(label.font.size) + " weight " +
+               std::to_string(label.font.weight) +
+               (label.font.hasMonospacedDigits ? " monospaced digits" : "");
+    }
+};
+
 bool isOutline(const std::string& text) {
-    return text.starts_with("stroke");
+    return text.starts_with("stroke ") && !text.starts_with("stroke ellipse");
 }
 
 } // namespace
@@ -40,13 +83,7 @@ bool isOutline(const std::string& text) {
 std::vector<std::string> describe(const Scene& scene) {
     std::vector<std::string> lines;
     for (const ScenePrimitive& primitive : scene.primitives) {
-        if (const auto* fill = std::get_if<FillRect>(&primitive)) {
-            lines.push_back(line("fill", fill->rect, fill->color));
-        } else {
-            const auto& stroke = std::get<StrokeRect>(primitive);
-            lines.push_back(line("stroke", stroke.rect, stroke.color).append(" width ") +
-                            describe(stroke.lineWidth));
-        }
+        lines.push_back(std::visit(Describer{}, primitive));
     }
     return lines;
 }

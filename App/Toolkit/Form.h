@@ -1,0 +1,72 @@
+#pragma once
+
+#include "App/Toolkit/Scene.h"
+#include "Core/Geometry.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tarvex {
+
+/// The shadow that a control casts.
+struct ControlShadow {
+    Color color;
+    /// Multiplies the alpha of the colour.
+    double opacity = 0;
+    /// How far it is blurred, in points.
+    double radius = 0;
+    /// In points, y up.
+    Size offset;
+
+    bool operator==(const ControlShadow&) const = default;
+};
+
+/// How a push button looks beyond what the system gives it. What is absent stays the system's.
+struct ButtonStyle {
+    /// The system's number for the bezel; 1 is rounded (Apple, NSBezelStyle).
+    std::int32_t bezelStyle = 1;
+    double alpha = 1;
+    std::optional<Color> bezelColor;
+    std::optional<Color> contentTintColor;
+    std::optional<Color> titleColor;
+    std::optional<Color> backgroundColor;
+    /// In points.
+    double cornerRadius = 0;
+    double borderWidth = 0;
+    std::optional<Color> borderColor;
+    std::optional<ControlShadow> shadow;
+
+    bool operator==(const ButtonStyle&) const = default;
+};
+
+enum class ControlKind : std::uint8_t { label, slider, pushButton, checkbox };
+
+/// One control of a window, as a plain value.
+struct Control {
+    ControlKind kind = ControlKind::label;
+    /// Tells the control apart from the others of its form, for as long as the form lives.
+    std::string id;
+    /// In view coordinates: points, origin at the bottom-left of the view, y up.
+    Rect frame;
+    /// The title or the text shown; also its name for assistive technology. UTF-8.
+    std::string text;
+    Font font;
+    /// The position of a slider; 0 or 1 for a checkbox.
+    double value = 0;
+    bool isEnabled = true;
+    bool isHidden = false;
+    std::optional<ButtonStyle> buttonStyle = {};
+
+    bool operator==(const Control&) const = default;
+};
+
+/// The controls on a view, each over the ones before it, and all over the view's picture.
+struct Form {
+    std::vector<Control> controls;
+
+    bool operator==(const Form&) const = default;
+};
+
+} // namespace tarvex
