@@ -10,6 +10,7 @@ namespace tarvex {
 namespace {
 
 constexpr std::uint32_t whiteRgb = 0xFFFFFF;
+constexpr std::uint32_t systemRed = 0xFF453A;
 /// Without blending, a faint white line would vanish on a light window and glare on a dark one.
 constexpr PixelColor shapedLineColor = 0xFFB4B8BE;
 /// What a see-through fill leaves of itself without blending. A pattern inside would cost more than it shows:
@@ -19,12 +20,18 @@ constexpr int shapedFillBorder = 10;
 /// How far past the view's edges coordinates are followed, in points: far enough for every visible line.
 constexpr double reach = 4096;
 
-std::uint32_t rgbOf(ColorName name, std::uint32_t accentColor) {
-    switch (name) {
+std::uint32_t rgbOf(const Color& color, std::uint32_t accentColor) {
+    switch (color.name) {
     case ColorName::white:
         return whiteRgb;
     case ColorName::accent:
+    case ColorName::blue:
         return accentColor & whiteRgb;
+    case ColorName::red:
+        return systemRed;
+    case ColorName::gray:
+        return static_cast<std::uint32_t>(std::lround(std::clamp(color.lightness, 0.0, 1.0) * 255)) *
+               0x010101;
     case ColorName::clear:
     case ColorName::black:
         break;
@@ -59,7 +66,7 @@ public:
         if (!rect || alpha == 0) {
             return;
         }
-        const std::uint32_t rgb = rgbOf(fill.color.name, placement_->accentColor);
+        const std::uint32_t rgb = rgbOf(fill.color, placement_->accentColor);
         if (style_ == OverlayStyle::blended || alpha == 0xFF) {
             add(*rect, premultiplied(rgb, alpha));
         } else {
@@ -73,7 +80,7 @@ public:
         if (!rect || alpha == 0 || !(stroke.lineWidth > 0)) {
             return;
         }
-        const std::uint32_t rgb = rgbOf(stroke.color.name, placement_->accentColor);
+        const std::uint32_t rgb = rgbOf(stroke.color, placement_->accentColor);
         const int width = std::max(1, roundToPixel(std::min(stroke.lineWidth, reach)));
         const int outside = width / 2;
         const PixelRect outer{rect->x - outside, rect->y - outside, rect->width + 2 * outside,
@@ -84,6 +91,10 @@ public:
                  : isFaintWhite                  ? shapedLineColor
                                                  : premultiplied(rgb, 0xFF));
     }
+
+    /// Zones are shown by rectangles alone, which the server draws by itself; nothing else is drawn here.
+    template <typename Primitive>
+    void operator()(const Primitive& /*primitive*/) {}
 
     [[nodiscard]] std::vector<PixelFill> take() { return std::move(fills_); }
 
