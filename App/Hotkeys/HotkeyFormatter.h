@@ -1,0 +1,25 @@
+#pragma once
+
+#include "App/Hotkeys/KeyboardLayoutPlatform.h"
+#include "Core/Configuration/TarvexConfig.h"
+
+#include <optional>
+#include <string>
+
+namespace tarvex {
+
+/// Writes hotkeys for people, with keys named as the user's keyboard layout labels them.
+class HotkeyFormatter {
+public:
+    /// The layout must outlive the formatter.
+    explicit HotkeyFormatter(KeyboardLayoutPlatform& layout) : layout_(&layout) {}
+
+    /// The symbols of the modifiers, Command, Option, Control and Shift in this order, and the key's name,
+    /// joined by " + "; "Not set" for none. UTF-8.
+    [[nodiscard]] std::string format(const std::optional<HotkeyDefinition>& hotkey) const;
+
+private:
+    KeyboardLayoutPlatform* layout_;
+};
+
+} // namespace tarvex
