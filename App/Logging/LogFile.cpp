@@ -17,8 +17,8 @@ namespace fs = std::filesystem;
 
 constexpr std::string_view temporarySuffix = ".tmp";
 
-// The folder and its parents. Those that are new are open to their owner alone, as the XDG base directory rules
-// ask.
+// The folder and its parents. Those that are new are open to their owner alone, as the XDG base directory
+// rules ask.
 void createPrivateFolders(const fs::path& folder) {
     if (folder.empty() || fs::exists(folder)) {
         return;
@@ -62,8 +62,7 @@ bool isTemporaryName(std::string_view name, std::string_view target) {
     }
     name.remove_prefix(target.size());
     name.remove_suffix(temporarySuffix.size());
-    return name.front() == '.' &&
-           name.find_first_not_of("0123456789", 1) == std::string_view::npos;
+    return name.front() == '.' && name.find_first_not_of("0123456789", 1) == std::string_view::npos;
 }
 
 // Removes what a process left behind that ended in the middle of a cut. One that is cutting at this moment

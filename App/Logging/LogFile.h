@@ -17,7 +17,8 @@ public:
     /// How much of the end a cut keeps, before it moves on to the start of a line.
     static constexpr std::uint64_t targetFileSizeBytes = 900'000;
 
-    /// Creates the folder of the file, parents included, open to their owner alone; that it fails is no failure yet.
+    /// Creates the folder of the file, parents included, open to their owner alone; that it fails is no
+    /// failure yet.
     explicit LogFile(std::string path);
 
     /// Appends the line, which brings its own line break, to the file, which is created when it is missing;

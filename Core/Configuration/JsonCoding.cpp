@@ -6,6 +6,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <string_view>
+#include <utility>
 
 namespace tarvex {
 
@@ -13,6 +16,10 @@ namespace {
 
 using nlohmann::json;
 using nlohmann::ordered_json;
+
+// The records need four levels. A parsed level takes a hundred times the byte that opens it: a file of ten
+// million brackets would take a gigabyte, to be refused in the end.
+constexpr std::size_t maxNesting = 512;
 
 double finite(double value, const char* key) {
     if (!std::isfinite(value)) {
@@ -87,10 +94,43 @@ std::string describe(const json::exception& error) {
     return description;
 }
 
+bool opensLevel(char character) {
+    return character == '[' || character == '{';
+}
+
+// Brackets within strings do not count.
+bool isNestedTooDeep(std::string_view text) {
+    // So it is with every honest text, and counting is fast.
+    if (std::cmp_less_equal(std::count_if(text.begin(), text.end(), opensLevel), maxNesting)) {
+        return false;
+    }
+    std::size_t depth = 0;
+    bool isInString = false;
+    for (std::size_t index = 0; index < text.size(); ++index) {
+        const char character = text[index];
+        if (isInString) {
+            index += character == '\\' ? 1 : 0;
+            isInString = character != '"';
+        } else if (character == '"') {
+            isInString = true;
+        } else if (opensLevel(character)) {
+            if (++depth > maxNesting) {
+                return true;
+            }
+        } else if (character == ']' || character == '}') {
+            depth -= depth > 0 ? 1 : 0;
+        }
+    }
+    return false;
+}
+
 json parse(const std::string& text) {
     // The parser takes one for the end of the text and would pass over whatever follows.
     if (text.find('\0') != std::string::npos) {
         throw DecodingError("the text holds a zero byte");
+    }
+    if (isNestedTooDeep(text)) {
+        throw DecodingError("the text is nested more than " + std::to_string(maxNesting) + " levels deep");
     }
     try {
         return json::parse(text);

@@ -24,9 +24,10 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// The settings record from UTF-8 text. Throws DecodingError when the text is not JSON, or when a required
-/// key is missing, null or of the wrong type, or an optional one is present and malformed. Unknown keys are
-/// passed over; nothing is clamped and no default is filled in.
+/// The settings record from UTF-8 text. Throws DecodingError when the text is not JSON or is nested more
+/// than 512 levels deep, or when a required key is missing, null or of the wrong type, or an optional one is
+/// present and malformed. Unknown keys are passed over, of a key given twice the last value counts, and a
+/// byte order mark at the start is no part of the text; nothing is clamped and no default is filled in.
 [[nodiscard]] TarvexConfigRef decodeTarvexConfig(const std::string& text);
 
 /// Compact JSON of the record. An absent optional leaves its key out. Throws EncodingError.

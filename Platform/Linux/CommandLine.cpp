@@ -24,8 +24,8 @@ Files:
   $XDG_STATE_HOME/Tarvex/Logs/Tarvex.log     what happened lately
   (~/.config and ~/.local/state when these are unset)
 
-An X11 session is needed to move windows. In a Wayland session the program waits until
-events can be observed.
+An X11 session is needed to move windows. In a Wayland session the program needs
+Xwayland to start at all, and then waits: nothing snaps there.
 )";
 
 } // namespace

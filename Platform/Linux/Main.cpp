@@ -18,6 +18,8 @@
 
 #include <QApplication>
 
+#include <clocale>
+#include <csignal>
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -99,7 +101,12 @@ int run(int& argc, char** argv) {
         std::fputs("tarvex: cannot reach an X server; is DISPLAY set?\n", stderr);
         return 1;
     }
+    // Writing beyond the limit on file sizes is then a failed write instead of the end of the program.
+    std::signal(SIGXFSZ, SIG_IGN);
     QApplication application(argc, argv);
+    // The toolkit has taken on the user's locale. With a decimal point of several bytes, as some have, the
+    // configuration's numbers would lose their fractions.
+    std::setlocale(LC_NUMERIC, "C");
     QApplication::setApplicationName("Tarvex");
     QApplication::setApplicationVersion(TARVEX_VERSION);
     QApplication::setQuitOnLastWindowClosed(false);

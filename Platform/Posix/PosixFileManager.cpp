@@ -1,5 +1,6 @@
 #include "Platform/Posix/PosixFileManager.h"
 
+#include "Platform/Posix/AccessList.h"
 #include "Platform/Posix/FileDescriptor.h"
 
 #include <algorithm>
@@ -157,13 +158,33 @@ public:
     }
 
     // After writing and with the owner first, as both clear some of the permission bits.
-    void resemble(const struct stat& old) {
+    void resemble(const struct stat& old, const AccessList& oldAccess) {
         if (::fchown(file_.get(), old.st_uid, old.st_gid) != 0) {
             // Only the group may be within the user's reach; a file of the user's own group is good enough.
             static_cast<void>(::fchown(file_.get(), static_cast<uid_t>(-1), old.st_gid) == 0);
         }
-        if (::fchmod(file_.get(), old.st_mode & permissionBits) != 0) {
+
+        struct stat own = {};
+        if (::fstat(file_.get(), &own) != 0) {
             fail("Cannot set the permissions of", path_, errno);
+        }
+        const bool hasSameGroup = own.st_gid == old.st_gid;
+        mode_t mode = old.st_mode & permissionBits;
+        if (own.st_uid != old.st_uid) {
+            mode = static_cast<mode_t>(mode & ~mode_t{S_ISUID});
+        }
+        // What the old group might do, another one must not. In a file with an access list, these bits limit
+        // the whole list, and say nothing of the group.
+        if (!hasSameGroup || oldAccess.isExtended()) {
+            mode = static_cast<mode_t>(mode & ~mode_t{S_IRWXG | S_ISGID});
+        }
+        // The folder may have given the file a list of its own.
+        AccessList::clear(file_);
+        if (::fchmod(file_.get(), mode) != 0) {
+            fail("Cannot set the permissions of", path_, errno);
+        }
+        if (hasSameGroup) {
+            oldAccess.applyTo(file_);
         }
     }
 
@@ -207,6 +228,10 @@ std::string readToEnd(const FileDescriptor& file, std::size_t expectedSize, cons
             fail("Cannot read", path, errno);
         }
         length += static_cast<std::size_t>(count);
+        // It may have grown since its size was asked.
+        if (length > PosixFileManager::maxReadBytes) {
+            fail("Cannot read", path, EFBIG);
+        }
         // A whole file of the size that was announced needs no second look for its end.
         if (count == 0 || length == expectedSize) {
             content.resize(length);
@@ -263,6 +288,9 @@ std::string PosixFileManager::readFile(const std::string& path) const {
         fail("Cannot read", path, errno);
     }
     requireRegular("Cannot read", path, status);
+    if (std::cmp_greater(status.st_size, maxReadBytes)) {
+        fail("Cannot read", path, EFBIG);
+    }
     return readToEnd(file, static_cast<std::size_t>(status.st_size), path);
 }
 
@@ -276,7 +304,7 @@ void PosixFileManager::writeFileAtomically(const std::string& path, std::string_
     TemporaryFile temporary(folder, old ? privateFile : newFile);
     temporary.write(content);
     if (old) {
-        temporary.resemble(*old);
+        temporary.resemble(*old, AccessList(target));
     }
     temporary.finish();
     temporary.moveTo(target);

@@ -2,6 +2,7 @@
 
 #include "Core/Files/FileManager.h"
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -10,6 +11,10 @@ namespace tarvex {
 /// The file system of a POSIX system.
 class PosixFileManager final : public FileManager {
 public:
+    /// A larger file is not read: what the program reads is small, and a file of another size stands there
+    /// by mistake or malice.
+    static constexpr std::size_t maxReadBytes = std::size_t{64} * 1024 * 1024;
+
     /// @param applicationSupportDirectory the folder for per-user application data; empty when the system
     ///        names none
     explicit PosixFileManager(std::string applicationSupportDirectory);
@@ -22,10 +27,12 @@ public:
     /// A path whose state cannot be found out counts as nothing.
     [[nodiscard]] bool fileExists(const std::string& path) const override;
 
+    /// Throws for a file of more than maxReadBytes.
     [[nodiscard]] std::string readFile(const std::string& path) const override;
 
-    /// Owner and group are kept as far as the user may give files away. The target of a dangling link is
-    /// created. Throws for anything but a regular file or nothing.
+    /// Owner, group and access list are kept as far as the user may give files away; a group that cannot be
+    /// kept leaves the new one without access. The target of a dangling link is created. Throws for anything
+    /// but a regular file or nothing.
     void writeFileAtomically(const std::string& path, std::string_view content) override;
 
 private:

@@ -45,6 +45,11 @@ TEST(CellFrameCalculatorTest, AMarginOfZeroGivesTheExactCells) {
                                     {"r1-c1", {250, 25, 750, 400}}}));
 }
 
+TEST(CellFrameCalculatorTest, ANegativeMarginLetsTheCellsReachOverTheirEdges) {
+    EXPECT_EQ(framesOf(cellsOf({0.5}, {}), {0, 0, 1000, 800}, -10),
+              (CellFrameMap{{"r0-c0", {-10, -10, 515, 820}}, {"r0-c1", {495, -10, 515, 820}}}));
+}
+
 TEST(CellFrameCalculatorTest, AnInnerCellKeepsHalfTheMarginOnAllSides) {
     const CellFrameMap frames = framesOf(cellsOf({0.25, 0.75}, {0.25, 0.75}), {0, 0, 1000, 800}, 10);
     EXPECT_EQ(frames.at("r1-c1"), (Rect{255, 205, 490, 390}));

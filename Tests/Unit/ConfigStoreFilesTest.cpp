@@ -23,6 +23,35 @@ namespace {
 
 namespace fs = std::filesystem;
 
+// Files that somebody removes between being found and being read.
+class VanishingFiles final : public FileManager {
+public:
+    explicit VanishingFiles(FileManager& files) : files_(&files) {}
+
+    [[nodiscard]] std::string applicationSupportDirectory() const override {
+        return files_->applicationSupportDirectory();
+    }
+
+    void createDirectory(const std::string& path) override { files_->createDirectory(path); }
+
+    [[nodiscard]] bool fileExists(const std::string& path) const override {
+        const bool wasThere = files_->fileExists(path);
+        fs::remove(path);
+        return wasThere;
+    }
+
+    [[nodiscard]] std::string readFile(const std::string& path) const override {
+        return files_->readFile(path);
+    }
+
+    void writeFileAtomically(const std::string& path, std::string_view content) override {
+        files_->writeFileAtomically(path, content);
+    }
+
+private:
+    FileManager* files_;
+};
+
 class ConfigStoreFilesTest : public testing::Test {
 protected:
     ConfigStoreFilesTest() { fs::create_directories(folder); }
@@ -183,6 +212,32 @@ TEST_F(ConfigStoreFilesTest, ALinkToItselfCountsAsAbsentAndCannotBeSaved) {
     expectDefaultsUnlogged();
     EXPECT_THROW(store().saveConfig(*TarvexConfig::makeDefault()), FileError);
     EXPECT_TRUE(log.unifiedLines().at(0).message.starts_with("Failed to write config: "));
+}
+
+TEST_F(ConfigStoreFilesTest, AFileRemovedBetweenBeingFoundAndBeingRead) {
+    store().saveConfig(*TarvexConfig::makeDefault());
+    VanishingFiles vanishing(files);
+    ConfigStore reader(LoggerFactory(log).makeLogger("ConfigStore"), vanishing);
+    EXPECT_THROW(static_cast<void>(reader.loadConfig()), FileError);
+    ASSERT_EQ(log.unifiedLines().size(), 1U);
+    EXPECT_EQ(log.unifiedLines()[0].message,
+              "Failed to read config: Cannot read \"" + file.string() + "\": No such file or directory");
+    log.clear();
+    EXPECT_TRUE(haveSameFields(*reader.loadConfig(), *TarvexConfig::makeDefault()));
+    EXPECT_TRUE(log.unifiedLines().empty());
+}
+
+TEST_F(ConfigStoreFilesTest, AFolderThatIsALinkStaysOneWhenARecordIsSaved) {
+    fs::remove_all(folder);
+    fs::create_directory(home.path() / "elsewhere");
+    fs::create_directory_symlink("../elsewhere", folder);
+    store().saveConfig(*TarvexConfig::makeDefault());
+    EXPECT_TRUE(fs::is_symlink(folder));
+    EXPECT_EQ(contentOf(home.path() / "elsewhere" / "config.json"),
+              encodeTarvexConfig(*TarvexConfig::makeDefault()));
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder), fs::directory_iterator()), 1)
+        << "and no temporary file stays";
+    expectDefaultsUnlogged();
 }
 
 TEST_F(ConfigStoreFilesTest, TenThousandSplits) {

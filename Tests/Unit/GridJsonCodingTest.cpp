@@ -113,6 +113,9 @@ TEST(GridJsonCodingTest, EveryKeyOfACellAndItsRectIsRequired) {
         json text = whole;
         text[key] = "1";
         EXPECT_THROW(static_cast<void>(decodeGridCell(text)), DecodingError) << key;
+        json null = whole;
+        null[key] = nullptr;
+        EXPECT_THROW(static_cast<void>(decodeGridCell(null)), DecodingError) << key;
     }
     for (const char* key : {"x", "y", "width", "height"}) {
         json missing = whole;
@@ -121,14 +124,37 @@ TEST(GridJsonCodingTest, EveryKeyOfACellAndItsRectIsRequired) {
         json boolean = whole;
         boolean["rect"][key] = false;
         EXPECT_THROW(static_cast<void>(decodeGridCell(boolean)), DecodingError) << key;
+        json null = whole;
+        null["rect"][key] = nullptr;
+        EXPECT_THROW(static_cast<void>(decodeGridCell(null)), DecodingError) << key;
     }
 }
 
 TEST(GridJsonCodingTest, EveryKeyOfAPointIsRequired) {
     EXPECT_EQ(decodeNormalizedPoint(json::parse(R"({"x":0.25,"y":1})")), NormalizedPoint(0.25, 1));
-    for (const char* text :
-         {R"({"x":1})", R"({"y":1})", R"({"x":1,"y":null})", R"({"x":"1","y":1})", "[1,1]"}) {
+    for (const char* text : {R"({"x":1})", R"({"y":1})", R"({"x":1,"y":null})", R"({"x":null,"y":1})",
+                             R"({"x":"1","y":1})", "null", "[1,1]"}) {
         EXPECT_THROW(static_cast<void>(decodeNormalizedPoint(json::parse(text))), DecodingError) << text;
+    }
+}
+
+TEST(GridJsonCodingTest, UnknownKeysOfCellsRectsAndPointsArePassedOver) {
+    EXPECT_EQ(decodeGridCell(json::parse(R"({"rowIndex":1,"z":null,"columnIndex":2,"name":"n",
+                  "rect":{"x":0,"y":0.5,"width":1,"height":0.5,"depth":[1],"X":7}})")),
+              GridCell(1, 2, {0, 0.5, 1, 0.5}));
+    EXPECT_EQ(decodeNormalizedPoint(json::parse(R"({"z":{},"x":0.25,"Y":3,"y":1})")),
+              NormalizedPoint(0.25, 1));
+}
+
+TEST(GridJsonCodingTest, ColumnsAreWholeNumbersToo) {
+    const auto decodeColumn = [](const std::string& column) {
+        return decodeGridCell(json::parse(R"({"rowIndex":0,"columnIndex":)" + column +
+                                          R"(,"rect":{"x":0,"y":0,"width":1,"height":1}})"))
+            .columnIndex();
+    };
+    EXPECT_EQ(decodeColumn("4.0"), 4);
+    for (const char* column : {"0.5", "-1.25", "1e300", "9223372036854775808", "false", "[]"}) {
+        EXPECT_THROW(static_cast<void>(decodeColumn(column)), DecodingError) << column;
     }
 }
 

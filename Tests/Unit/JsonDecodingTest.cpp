@@ -251,20 +251,77 @@ TEST(JsonDecodingTest, TruncatedAtEveryByte) {
     }
 }
 
-TEST(JsonDecodingTest, DeeplyNestedTextIsRefusedOrPassedOverWithoutHarm) {
-    constexpr std::size_t depth = 100'000;
-    const std::string opening(depth, '[');
-    const std::string closing(depth, ']');
-    EXPECT_NE(failure(opening), "");
-    EXPECT_EQ(failure(opening + closing), "the configuration is not an object");
-    EXPECT_NE(failure(documentWith("grids", opening + closing)), "");
-    EXPECT_EQ(failure(documentWith("extra", opening + closing)), "");
-    std::string objects;
+// A value that opens so many levels and closes them again.
+std::string nested(std::size_t depth, const std::string& opening, const std::string& closing) {
+    std::string text;
     for (std::size_t level = 0; level < depth; ++level) {
-        objects += "{\"a\":";
+        text += opening;
     }
-    EXPECT_NE(failure(objects), "");
-    EXPECT_EQ(failure(documentWith("extra", objects + "1" + std::string(depth, '}'))), "");
+    text += "0";
+    for (std::size_t level = 0; level < depth; ++level) {
+        text += closing;
+    }
+    return text;
+}
+
+const std::string tooDeep = "the text is nested more than 512 levels deep";
+
+TEST(JsonDecodingTest, FiveHundredAndTwelveLevelsDecodeAndOneMoreDoesNot) {
+    // The document itself is the first level.
+    for (const auto& [opening, closing] :
+         std::vector<std::pair<std::string, std::string>>{{"[", "]"}, {"{\"a\":", "}"}}) {
+        EXPECT_EQ(failure(documentWith("extra", nested(511, opening, closing))), "") << opening;
+        EXPECT_EQ(failure(documentWith("extra", nested(512, opening, closing))), tooDeep) << opening;
+    }
+    EXPECT_EQ(failure(nested(512, "[", "]")), "the configuration is not an object");
+    EXPECT_EQ(failure(nested(513, "[", "]")), tooDeep);
+}
+
+TEST(JsonDecodingTest, DeeplyNestedTextIsRefusedWithoutBeingParsed) {
+    constexpr std::size_t tenMillion = 10'000'000;
+    EXPECT_EQ(failure(std::string(tenMillion, '[')), tooDeep);
+    EXPECT_EQ(failure(documentWith("grids", nested(tenMillion, "[", "]"))), tooDeep);
+    EXPECT_EQ(failure(documentWith("extra", nested(1'000'000, "{\"a\":", "}"))), tooDeep);
+}
+
+TEST(JsonDecodingTest, BracketsThatOpenNoLevelDoNotCount) {
+    const std::string many(1000, '[');
+    EXPECT_EQ(failure(documentWith("extra", "\"" + many + "\"")), "");
+    EXPECT_EQ(failure(documentWith("extra", R"("\")" + many + R"(\\")")), "");
+    EXPECT_EQ(failure(documentWith("extra", R"(["\\",)" + nested(511, "[", "]") + "]")), tooDeep)
+        << "the string ends before the brackets";
+    EXPECT_EQ(failure(documentWith(many, "0")), "");
+    std::string siblings = "[[]";
+    for (int count = 0; count < 1000; ++count) {
+        siblings += ",{},[[]]";
+    }
+    EXPECT_EQ(failure(documentWith("extra", siblings + "]")), "");
+    EXPECT_NE(failure(std::string(1000, ']')), "");
+    EXPECT_EQ(failure(std::string(1000, '}') + nested(513, "[", "]")), tooDeep)
+        << "what closes nothing pays for nothing";
+}
+
+TEST(JsonDecodingTest, AByteOrderMarkAtTheStartIsPassedOver) {
+    const std::string text = minimalDocument().dump();
+    EXPECT_EQ(failure("\xEF\xBB\xBF" + text), "");
+    EXPECT_NE(failure("\xEF\xBB" + text), "");
+    EXPECT_NE(failure(text + "\xEF\xBB\xBF"), "");
+    EXPECT_NE(failure("\xFF\xFE" + text), "");
+}
+
+TEST(JsonDecodingTest, OfAKeyGivenTwiceTheLastValueCounts) {
+    const auto margin = [](const std::string& values) {
+        return decodeTarvexConfig(R"({"grids":[],"defaultGridByDisplayId":{},)" + values + "}")
+            ->cellMarginPoints();
+    };
+    EXPECT_EQ(margin(R"("cellMarginPoints":1,"cellMarginPoints":2)"), 2);
+    EXPECT_EQ(margin(R"("cellMarginPoints":"wrong","cellMarginPoints":3)"), 3);
+    EXPECT_NE(
+        failure(R"({"grids":[],"defaultGridByDisplayId":{},"cellMarginPoints":1,"cellMarginPoints":null})"),
+        "");
+    EXPECT_EQ(decodeTarvexConfig(documentWith("defaultGridByDisplayId", R"({"v":"a","v":"b"})"))
+                  ->defaultGridByDisplayId(),
+              (std::map<std::string, std::string>{{"v", "b"}}));
 }
 
 TEST(JsonDecodingTest, MessagesAreOneShortLineWhateverTheTextHolds) {

@@ -50,6 +50,18 @@ TEST(JsonEncodingTest, EveryPresentOptionalIsWritten) {
     EXPECT_EQ(document["launchAtLogin"], json(true));
 }
 
+TEST(JsonEncodingTest, TheKeysAreWrittenInTheOrderOfTheRecord) {
+    const auto document = nlohmann::ordered_json::parse(encodeTarvexConfig(TarvexConfig(everyField())));
+    std::vector<std::string> keys;
+    for (const auto& [key, value] : document.items()) {
+        keys.push_back(key);
+    }
+    EXPECT_EQ(keys, (std::vector<std::string>{"grids", "defaultGridByDisplayId", "cellMarginPoints",
+                                              "openEditorHotkey", "openPreferencesHotkey",
+                                              "singleSnapModifiers", "multiSnapModifiers", "launchAtLogin",
+                                              "hideMenuBarIcon", "restoreWindowSizeOnUnsnap"}));
+}
+
 TEST(JsonEncodingTest, EncodingRefusesNumbersThatAreNotFinite) {
     for (const double value :
          {std::nan(""), std::numeric_limits<double>::infinity(), -std::numeric_limits<double>::infinity()}) {

@@ -2,6 +2,7 @@
 
 #include "Tests/Support/TemporaryDirectory.h"
 #include "Tests/Support/UnprivilegedUser.h"
+#include "Tests/Unit/FileSizeLimit.h"
 
 #include <gtest/gtest.h>
 
@@ -51,6 +52,15 @@ TEST_F(LogFileTest, AMissingFolderIsCreatedAtConstruction) {
     const LogFile file(folder.path("state/Tarvex/Logs/Tarvex.log"));
     EXPECT_TRUE(fs::is_directory(folder.path("state/Tarvex/Logs")));
     EXPECT_FALSE(fs::exists(file.path())) << "the file waits for its first line";
+}
+
+TEST_F(LogFileTest, NewFoldersArePrivateAndThoseThatStandKeepTheirMode) {
+    fs::create_directory(folder.path("state"));
+    fs::permissions(folder.path("state"), static_cast<fs::perms>(0755));
+    const LogFile file(folder.path("state/Tarvex/Logs/Tarvex.log"));
+    EXPECT_EQ(fs::status(folder.path("state")).permissions(), static_cast<fs::perms>(0755));
+    EXPECT_EQ(fs::status(folder.path("state/Tarvex")).permissions(), fs::perms::owner_all);
+    EXPECT_EQ(fs::status(folder.path("state/Tarvex/Logs")).permissions(), fs::perms::owner_all);
 }
 
 TEST_F(LogFileTest, AMissingFileIsCreated) {
@@ -152,6 +162,42 @@ TEST_F(LogFileTest, GrowsAndIsCutAgainAndAgain) {
     EXPECT_EQ(folder.entries(), Names{"Tarvex.log"});
 }
 
+TEST_F(LogFileTest, ACutRemovesWhatAnInterruptedOneLeftAndNothingElse) {
+    for (const char* abandoned : {"Tarvex.log.0.tmp", "Tarvex.log.4294967295.tmp"}) {
+        writeContent(folder.path(abandoned), "part");
+    }
+    Names others{"Tarvex.log.tmp",        "Tarvex.log..tmp",    "Tarvex.log.12",    "Tarvex.log.1a.tmp",
+                 "Tarvex.log.1.tmp.kept", "Tarvex.log.1.2.tmp", "tarvex.log.1.tmp", "Tarvex.logx1.tmp",
+                 "MyTarvex.log.1.tmp",    "Other.log.1.tmp",    "Tarvex.log.-1.tmp"};
+    for (const std::string& name : others) {
+        writeContent(folder.path(name), "kept");
+    }
+    fs::create_directory(folder.path("Tarvex.log.5.tmp"));
+    fs::create_symlink("Other.log.1.tmp", folder.path("Tarvex.log.6.tmp"));
+    ASSERT_EQ(mkfifo(folder.path("Tarvex.log.7.tmp").c_str(), 0600), 0);
+    LogFile(path).append("short\n");
+    EXPECT_TRUE(fs::exists(folder.path("Tarvex.log.0.tmp"))) << "only a cut looks for them";
+    writeContent(path, numberedLines(maxSize));
+    LogFile(path).append("last\n");
+    EXPECT_LE(fs::file_size(path), targetSize);
+    others.insert(others.end(), {"Tarvex.log", "Tarvex.log.5.tmp", "Tarvex.log.6.tmp", "Tarvex.log.7.tmp"});
+    Names left = folder.entries();
+    std::sort(left.begin(), left.end());
+    std::sort(others.begin(), others.end());
+    EXPECT_EQ(left, others);
+}
+
+TEST_F(LogFileTest, ACutThatFindsNoSpaceLeavesTheOldFileAndNoTemporaryOne) {
+    const std::string old = numberedLines(maxSize + 10);
+    writeContent(path, old);
+    {
+        const FileSizeLimit limit(targetSize / 2);
+        LogFile(path).append("lost\n");
+    }
+    EXPECT_TRUE(contentOf(path) == old);
+    EXPECT_EQ(folder.entries(), Names{"Tarvex.log"});
+}
+
 TEST_F(LogFileTest, ACutKeepsThePermissions) {
     writeContent(path, numberedLines(maxSize));
     ASSERT_EQ(chmod(path.c_str(), 0640), 0);
@@ -225,6 +271,24 @@ TEST_F(LogFileTest, AFolderInWhichNothingCanBeMadeLosesTheCutOnly) {
     fs::permissions(folder.path(), fs::perms::owner_all);
     EXPECT_TRUE(contentOf(path).ends_with("last\n"));
     EXPECT_EQ(folder.entries(), Names{"Tarvex.log"});
+}
+
+TEST_F(LogFileTest, AFileThatTheUserMayNotReadKeepsTheLineAndLosesTheCut) {
+    const std::string old = numberedLines(maxSize);
+    writeContent(path, old);
+    fs::permissions(path, static_cast<fs::perms>(0222));
+    {
+        const UnprivilegedUser user(folder.path());
+        LogFile(path).append("last\n");
+        if (UnprivilegedUser::isBoundByPermissions()) {
+            EXPECT_EQ(fs::file_size(path), maxSize + 5);
+        } else {
+            EXPECT_LE(fs::file_size(path), targetSize) << "every file is open to the superuser";
+        }
+        EXPECT_EQ(folder.entries(), Names{"Tarvex.log"});
+    }
+    fs::permissions(path, fs::perms::owner_all);
+    EXPECT_TRUE(contentOf(path).ends_with("last\n"));
 }
 
 TEST_F(LogFileTest, AFileThatTheUserMayNotWriteLosesTheLine) {

@@ -33,6 +33,17 @@ TEST(ModifierMapperTest, AllFlagsGiveTheFourModifiers) {
     EXPECT_EQ(ModifierMapper().toCarbonModifiers(~std::uint64_t{0}), 0x1B00U);
 }
 
+TEST(ModifierMapperTest, KeyEventsAndObservedEventsAgree) {
+    const ModifierMapper mapper;
+    for (std::uint64_t bit = 0; bit < 64; ++bit) {
+        const std::uint64_t flag = std::uint64_t{1} << bit;
+        EXPECT_EQ(mapper.toCarbonModifiers(KeyModifierFlags{flag}), mapper.toCarbonModifiers(flag)) << bit;
+        EXPECT_EQ(mapper.toCarbonModifiers(KeyModifierFlags{~flag}), mapper.toCarbonModifiers(~flag)) << bit;
+    }
+    EXPECT_EQ(mapper.toCarbonModifiers(KeyModifierFlags{0x100000}), 0x100U) << "Command";
+    EXPECT_EQ(mapper.toCarbonModifiers(KeyModifierFlags{0x1F0000}), 0x1B00U) << "all four and Caps Lock";
+}
+
 TEST(ModifierMapperTest, EveryCombinationIsTheSumOfItsParts) {
     const ModifierMapper mapper;
     for (std::uint64_t combination = 0; combination < 16; ++combination) {

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <fcntl.h>
 #include <filesystem>
 #include <string>
@@ -125,6 +126,17 @@ TEST_F(PosixFileManagerTest, ReadsTheWholeContent) {
 TEST_F(PosixFileManagerTest, ReadsAnEmptyFile) {
     writeContent(folder.path("file"), "");
     EXPECT_EQ(files.readFile(folder.path("file")), "");
+}
+
+TEST_F(PosixFileManagerTest, AFileOfTheLimitIsReadAndALargerOneIsNot) {
+    const std::string path = folder.path("file");
+    writeContent(path, "start");
+    fs::resize_file(path, PosixFileManager::maxReadBytes);
+    EXPECT_EQ(files.readFile(path).size(), 64U * 1024 * 1024);
+    fs::resize_file(path, PosixFileManager::maxReadBytes + 1);
+    EXPECT_EQ(readError(path), "Cannot read \"" + path + "\": File too large");
+    fs::resize_file(path, std::uintmax_t{1} << 40U);
+    EXPECT_EQ(readError(path), "Cannot read \"" + path + "\": File too large") << "a terabyte of holes";
 }
 
 TEST_F(PosixFileManagerTest, ReadingWhatIsNotThere) {

@@ -1,16 +1,15 @@
 #include "Platform/Posix/FileDescriptor.h"
 #include "Tests/Support/UnprivilegedUser.h"
+#include "Tests/Unit/FileSizeLimit.h"
 #include "Tests/Unit/PosixFileManagerFixture.h"
 
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <csignal>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <string>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
@@ -25,31 +24,6 @@ namespace fs = std::filesystem;
 using PosixFileManagerWriteTest = PosixFileManagerFixture;
 
 using Names = std::vector<std::string>;
-
-// While it lives, no file of the process may grow beyond the size: writing fails with "File too large".
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t size) {
-        getrlimit(RLIMIT_FSIZE, &old_);
-        const rlimit limit{size, old_.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-        oldHandler_ = std::signal(SIGXFSZ, SIG_IGN);
-    }
-
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-    FileSizeLimit(FileSizeLimit&&) = delete;
-    FileSizeLimit& operator=(FileSizeLimit&&) = delete;
-
-    ~FileSizeLimit() {
-        setrlimit(RLIMIT_FSIZE, &old_);
-        std::signal(SIGXFSZ, oldHandler_);
-    }
-
-private:
-    rlimit old_{};
-    void (*oldHandler_)(int) = nullptr;
-};
 
 TEST_F(PosixFileManagerWriteTest, WritesANewFileAndNothingElse) {
     files.writeFileAtomically(folder.path("file"), "content");
@@ -106,6 +80,19 @@ TEST_F(PosixFileManagerWriteTest, KeepsTheOwnerAsFarAsTheUserMay) {
     EXPECT_EQ(after.st_uid, isGivenAway ? 12345 : geteuid());
 }
 
+TEST_F(PosixFileManagerWriteTest, AGroupThatCannotBeKeptLeavesTheNewOneWithoutAccess) {
+    const std::string path = folder.path("file");
+    writeContent(path, "old");
+    const bool isGivenAway = chown(path.c_str(), 12345, 23456) == 0;
+    ASSERT_EQ(chmod(path.c_str(), 06775), 0);
+    {
+        const UnprivilegedUser user(folder.path());
+        files.writeFileAtomically(path, "new");
+    }
+    EXPECT_EQ(contentOf(path), "new");
+    EXPECT_EQ(modeOf(path), isGivenAway ? 0705U : 06775U) << "the owner is another one too, if any is";
+}
+
 TEST_F(PosixFileManagerWriteTest, AFileOfAnotherOwnerInTheUsersFolderIsReplaced) {
     writeContent(folder.path("file"), "old");
     const UnprivilegedUser user(folder.path());
@@ -151,6 +138,19 @@ TEST_F(PosixFileManagerWriteTest, ALinkWithAVeryLongTarget) {
     fs::create_symlink(target, folder.path("link"));
     files.writeFileAtomically(folder.path("link"), "new");
     EXPECT_EQ(contentOf(folder.path("real")), "new");
+}
+
+TEST_F(PosixFileManagerWriteTest, FortyLinksAreFollowedAndOneMoreIsNot) {
+    writeContent(folder.path("0"), "old");
+    for (int link = 1; link <= 41; ++link) {
+        fs::create_symlink(std::to_string(link - 1), folder.path(std::to_string(link)));
+    }
+    files.writeFileAtomically(folder.path("40"), "new");
+    EXPECT_EQ(contentOf(folder.path("0")), "new");
+    EXPECT_EQ(writeError(folder.path("41")),
+              "Cannot follow \"" + folder.path("41") + "\": Too many levels of symbolic links");
+    EXPECT_EQ(contentOf(folder.path("0")), "new");
+    EXPECT_EQ(folder.entries().size(), 42U) << "and no temporary file stays";
 }
 
 TEST_F(PosixFileManagerWriteTest, TheTargetOfADanglingLinkIsCreated) {

@@ -15,6 +15,11 @@ ActiveDisplayList XDisplayPlatform::activeDisplays(std::uint32_t capacity) {
         return list;
     }
     const std::vector<Monitor>& monitors = monitors_->monitors();
+    // The connection may have broken during the query, whose answer is then that of no server.
+    if (connection_->isBroken()) {
+        list.error = XConnection::connectionLost;
+        return list;
+    }
     list.count = static_cast<std::uint32_t>(monitors.size());
     for (const Monitor& monitor : monitors) {
         if (list.displays.size() < capacity) {
