@@ -1,9 +1,14 @@
 #include "Tests/EndToEnd/DesktopTest.h"
+#include "Tests/Support/X11/FileDescriptor.h"
 
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <stdexcept>
 #include <string>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <tuple>
 #include <vector>
 
 namespace tarvex::test {
@@ -28,6 +33,20 @@ std::string repeated(char character, std::size_t count) {
     return text;
 }
 
+void makeSocket(const std::filesystem::path& path) {
+    const FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    const std::string name = path.string();
+    if (name.size() >= sizeof(address.sun_path)) {
+        throw std::runtime_error("the path is too long for a socket: " + name);
+    }
+    name.copy(address.sun_path, name.size());
+    if (::bind(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0) {
+        throw std::runtime_error("cannot make a socket at " + name);
+    }
+}
+
 BrokenFile textFile(const std::string& name, const std::string& text) {
     return {name, [text](const std::filesystem::path& path) { write(path, text); },
             "Failed to decode config: "};
@@ -44,21 +63,29 @@ std::vector<BrokenFile> brokenFiles() {
                  "{\"grids\":[],\"defaultGridByDisplayId\":{\"\xFF\xFE\":\"a\"},\"cellMarginPoints\":8}"),
         textFile("DeeplyNested", repeated('[', 100'000)),
         textFile("WrongType", R"({"grids":[],"defaultGridByDisplayId":{},"cellMarginPoints":"8"})"),
+        textFile("NotANumber", R"({"grids":[],"defaultGridByDisplayId":{},"cellMarginPoints":NaN})"),
+        textFile("NumberTooLarge", R"({"grids":[],"defaultGridByDisplayId":{},"cellMarginPoints":1e999})"),
         textFile("TenMegabytes", repeated(' ', 10'000'000)),
         {"Directory", [](const std::filesystem::path& path) { std::filesystem::create_directory(path); },
          "Failed to read config: "},
+        // Whom file permissions do not bind cannot read this one either.
+        {"Socket", &makeSocket, "Failed to read config: "},
     };
 }
 
-class BrokenConfiguration : public ::testing::TestWithParam<BrokenFile> {};
+class BrokenConfiguration : public ::testing::TestWithParam<std::tuple<BrokenFile, SessionKind>> {};
 
-INSTANTIATE_TEST_SUITE_P(Files, BrokenConfiguration, ::testing::ValuesIn(brokenFiles()),
-                         [](const auto& info) { return info.param.name; });
+INSTANTIATE_TEST_SUITE_P(Files, BrokenConfiguration,
+                         ::testing::Combine(::testing::ValuesIn(brokenFiles()), allSessions()),
+                         [](const auto& info) {
+                             return std::get<0>(info.param).name + "_" + nameOf(std::get<1>(info.param));
+                         });
 
 TEST_P(BrokenConfiguration, AbandonsTheSnapAndRecoversWithTheFile) {
-    Desktop desktop(plainSession, {});
-    GetParam().make(desktop.tarvex.configPath());
-    desktop.tarvex.allowOnStandardError("Tarvex [ConfigStore] error: " + GetParam().complaint);
+    const auto& [file, session] = GetParam();
+    Desktop desktop(session, {});
+    file.make(desktop.tarvex.configPath());
+    desktop.tarvex.allowOnStandardError("Tarvex [ConfigStore] error: " + file.complaint);
     desktop.tarvex.allowOnStandardError("SnapController.snapAndHide: failed to load config");
     TestWindow window(desktop.server.displayName());
     const PixelRect area = desktop.screenArea();
@@ -73,7 +100,7 @@ TEST_P(BrokenConfiguration, AbandonsTheSnapAndRecoversWithTheFile) {
         drag.releaseKeys();
         desktop.expectFrameUnchanged(window.managed(), dragged);
     }
-    EXPECT_NE(desktop.tarvex.standardError().find(GetParam().complaint), std::string::npos);
+    EXPECT_NE(desktop.tarvex.standardError().find(file.complaint), std::string::npos);
     EXPECT_EQ(desktop.tarvex.countInLog("snapAndHide success"), 0);
     EXPECT_TRUE(std::filesystem::exists(desktop.tarvex.configPath()));
     std::filesystem::remove(desktop.tarvex.configPath());

@@ -52,6 +52,26 @@ TEST_P(Lifecycle, WithoutAWindowManagerADragOfAWindowSnapsNothing) {
     EXPECT_EQ(desktop.client.geometryInRoot(window.id()), (PixelRect{200, 200, 400, 300}));
 }
 
+TEST_P(Lifecycle, AButtonThatWasDownAtTheStartIsNoDrag) {
+    DesktopOptions options;
+    options.startsTarvex = false;
+    Desktop& desktop = start(options);
+    TestWindow window(desktop.server.displayName());
+    const PixelRect area = desktop.screenArea();
+    desktop.pointer.moveTo(window.managed().titleBarPoint());
+    desktop.pointer.press();
+    desktop.tarvex.start();
+    desktop.keyboard.press(key::super);
+    desktop.pointer.glideTo(pointIn(area, rightHalf));
+    desktop.windowManager->barrier();
+    const PixelRect dropped = window.managed().requireVisibleFrame();
+    desktop.pointer.release();
+    desktop.keyboard.release(key::super);
+    desktop.expectFrameUnchanged(window.managed(), dropped);
+    EXPECT_EQ(desktop.tarvex.countInLog("snap"), 0);
+    snapAndExpect(desktop, window.managed(), pointIn(area, rightHalf), zoneFrame(area, rightHalf));
+}
+
 TEST_P(Lifecycle, EndsWithoutACrashWhenTheXServerGoesAway) {
     auto server = std::make_unique<XServer>();
     TarvexProgram tarvex(*server, TARVEX_PROGRAM);

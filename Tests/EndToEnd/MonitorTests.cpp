@@ -155,6 +155,75 @@ TEST_P(TwoMonitors, ALayoutChangedDuringTheDragCounts) {
     drag.dropAndExpect(endsOnTheLeft ? zoneFrame(taller, lastThird) : zoneFrame(rightArea, lowerRow));
 }
 
+// Above the left monitor, which begins lower than the right one.
+constexpr PixelPoint deadCorner{600, 100};
+
+TEST_P(TwoMonitors, KeysPressedWhereNoMonitorIsShowNoZones) {
+    Desktop& desktop = startTwo(threeGrids(), "thirds", "rows");
+    TestWindow window(desktop.server.displayName(), placedWindow());
+    const PixelRect area = canHoldWindows(leftArea) ? leftArea : rightArea;
+    const ZoneSpan zone = canHoldWindows(leftArea) ? lastThird : lowerRow;
+    Drag drag(desktop, window.managed());
+    drag.moveTo(deadCorner);
+    drag.pressToMatch(key::super);
+    drag.moveTo(pointIn(area, zone));
+    drag.drop();
+    drag.releaseKeys();
+    desktop.settle();
+    EXPECT_EQ(desktop.tarvex.countInLog("snapDragStart"), 0);
+    EXPECT_EQ(desktop.tarvex.countInLog("snapAndHide"), 0);
+    snapAndExpect(desktop, window.managed(), pointIn(area, zone), zoneFrame(area, zone));
+}
+
+TEST_P(TwoMonitors, AReleaseWhereNoMonitorIsSnapsNothing) {
+    Desktop& desktop = startTwo(threeGrids(), "thirds", "rows");
+    desktop.tarvex.allowOnStandardError("SnapController.snapAndHide: visibleFrame=nil");
+    TestWindow window(desktop.server.displayName(), placedWindow());
+    const PixelRect area = canHoldWindows(leftArea) ? leftArea : rightArea;
+    const ZoneSpan zone = canHoldWindows(leftArea) ? lastThird : lowerRow;
+    {
+        Drag drag(desktop, window.managed());
+        drag.moveTo(pointIn(area, zone));
+        drag.pressToMatch(key::super);
+        drag.moveTo(deadCorner);
+        drag.drop();
+        desktop.tarvex.awaitOnStandardError("SnapController.snapAndHide: visibleFrame=nil");
+        drag.releaseKeys();
+    }
+    desktop.settle();
+    EXPECT_EQ(desktop.tarvex.countInLog("snapAndHide success"), 0);
+    // The window may hang where there is no monitor, title bar and all.
+    TestWindow next(desktop.server.displayName(), placedWindow());
+    snapAndExpect(desktop, next.managed(), pointIn(area, zone), zoneFrame(area, zone));
+}
+
+TEST_P(TwoMonitors, ZonesGoAlongWithTheMonitorThatMovesDuringTheDrag) {
+    Desktop& desktop = startTwo({{"halves", {0.5}, {}}}, "halves", "halves");
+    TestWindow window(desktop.server.displayName(), placedWindow());
+    Drag drag(desktop, window.managed());
+    drag.moveTo(pointIn(leftArea, rightHalf));
+    const Screenshot before = desktop.steadyScreen();
+    const auto isOutlined = [&](const PixelRect& area) {
+        // The lower end of the outer edge of the zone that is not selected, and of nothing else.
+        const PixelRect edge = zoneFrame(area, leftHalf);
+        return Screenshot(desktop.client)
+                   .countDifferences(before, {edge.x - 1, edge.y + edge.height - 60, 3, 20}) > 0;
+    };
+    drag.pressToMatch(key::super);
+    desktop.client.waitUntil([&] { return isOutlined(leftArea); }, "the zones show");
+    // The same monitor, but another one has come to stand on its left.
+    PixelRect moved = leftArea;
+    moved.x += 500;
+    const bool onTheLeft = GetParam().isOutputOnTheLeft;
+    desktop.monitors.set(
+        {{"left", moved, true, onTheLeft}, {"right", {0, 200, 500, 800}, false, !onTheLeft}});
+    desktop.client.waitUntil([&] { return isOutlined(moved) && !isOutlined(leftArea); },
+                             "the zones stand on the monitor in its new place");
+    drag.drop();
+    drag.releaseKeys();
+    desktop.settle();
+}
+
 class Panel : public DesktopTest {};
 
 INSTANTIATE_TEST_SUITE_P(Sessions, Panel, allSessions(), sessionName);

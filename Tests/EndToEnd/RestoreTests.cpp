@@ -44,6 +44,42 @@ TEST_P(Restore, PressingTheKeysAgainSnapsAfterAll) {
     drag.dropAndExpect(zoneFrame(area, rightHalf));
 }
 
+TEST_P(Restore, MayHappenTwiceInOneDragBeforeTheSnap) {
+    Desktop& desktop = start();
+    TestWindow window(desktop.server.displayName());
+    const PixelRect area = desktop.screenArea();
+    const PixelRect original = window.managed().requireVisibleFrame();
+    Drag drag(desktop, window.managed(), Drag::Begin::observed);
+    for (const ZoneSpan& zone : {leftHalf, rightHalf}) {
+        drag.pressToMatch(key::super);
+        drag.moveTo(pointIn(area, zone));
+        drag.releaseToNoMatch(key::super);
+        desktop.expectFrame(window.managed(), original);
+    }
+    drag.pressToMatch(key::super);
+    drag.moveTo(pointIn(area, leftHalf));
+    drag.dropAndExpect(zoneFrame(area, leftHalf));
+    EXPECT_EQ(desktop.tarvex.countInLog("snapAndHide success"), 1);
+}
+
+TEST_P(Restore, WorksOnAfterTheWindowManagerWasRestartedDuringTheDrag) {
+    Desktop& desktop = start();
+    TestWindow window(desktop.server.displayName());
+    const PixelRect original = window.managed().requireVisibleFrame();
+    Drag drag(desktop, window.managed(), Drag::Begin::observed);
+    drag.pressToMatch(key::super);
+    drag.moveTo({900, 500});
+    desktop.windowManager->kill();
+    desktop.windowManager->start();
+    desktop.client.waitUntil([&] { return window.managed().isManagedAndViewable(); },
+                             "the window is managed again");
+    desktop.windowManager->barrier();
+    ASSERT_NE(window.managed().visibleFrame(), original);
+    drag.releaseToNoMatch(key::super);
+    desktop.expectFrame(window.managed(), original);
+    drag.dropAndExpect(original);
+}
+
 TEST_P(Restore, SwitchedOffLeavesTheWindowWhereItWasDragged) {
     DesktopOptions options;
     options.settings = Settings{.restoresWindow = false};

@@ -96,16 +96,39 @@ TEST_P(Windows, AShadedOneIsUnrolledIntoTheZone) {
     EXPECT_FALSE(window.managed().hasState("_NET_WM_STATE_SHADED"));
 }
 
-TEST_P(Windows, OneTiledByTheWindowManagerIsTakenOverByTheZone) {
+TEST_P(Windows, OneDraggedToAnEdgeOfTheScreenIsTakenOverByTheZone) {
+    const bool tiles = GetParam().windowManager == WindowManagerKind::xfwm4;
     Desktop& desktop = start();
-    TestWindow window(desktop.server.displayName());
     const PixelRect area = desktop.screenArea();
-    Drag drag(desktop, window.managed());
-    drag.pressToMatch(key::super);
-    // At the top edge one of the window managers maximises it during the drag.
-    drag.moveTo({900, 0});
-    drag.dropAndExpect(zoneFrame(area, rightHalf));
-    EXPECT_FALSE(window.managed().hasState("_NET_WM_STATE_MAXIMIZED_VERT"));
+
+    struct Edge {
+        PixelPoint point;
+        PixelRect tile;
+        ZoneSpan zone;
+    };
+
+    for (const Edge& edge :
+         {Edge{{0, 500}, {0, 0, 640, 1024}, leftHalf}, Edge{{1279, 500}, {640, 0, 640, 1024}, rightHalf},
+          Edge{{900, 0}, area, rightHalf}}) {
+        SCOPED_TRACE(describe(edge.tile));
+        TestWindow window(desktop.server.displayName());
+        const PixelRect before = window.managed().requireVisibleFrame();
+        Drag drag(desktop, window.managed());
+        drag.pressToMatch(key::super);
+        drag.moveTo(edge.point);
+        desktop.windowManager->barrier();
+        if (tiles) {
+            // Such a window manager tiles or maximises it there while the button is still down.
+            desktop.expectFrame(window.managed(), edge.tile);
+        } else {
+            // The other one lets it hang over the edge.
+            const PixelRect dragged = window.managed().requireVisibleFrame();
+            EXPECT_EQ(dragged.width, before.width);
+            EXPECT_EQ(dragged.height, before.height);
+        }
+        drag.dropAndExpect(zoneFrame(area, edge.zone));
+        EXPECT_FALSE(window.managed().hasState("_NET_WM_STATE_MAXIMIZED_VERT"));
+    }
 }
 
 TEST_P(Windows, OneWithAMinimumSizeKeepsItAtTheOriginOfTheZone) {

@@ -18,9 +18,9 @@ namespace tarvex {
 class CompositorWatch {
 public:
     /// The connection and the pump must outlive the watch.
-    /// @param changed called when the answer has changed; also, with no in between, when one manager takes
-    /// over
-    ///   from another
+    /// @param changed called when the answer has changed. One manager that takes over from another makes it
+    /// no
+    ///   in between.
     CompositorWatch(XConnection& connection, XEventPump& pump, std::function<void()> changed);
 
     CompositorWatch(const CompositorWatch&) = delete;

@@ -46,6 +46,10 @@ void OverlayWindow::orderOut() {
     }
 }
 
+bool OverlayWindow::isMisplaced() const {
+    return isVisible_ && surface_ && surface_->isShown() && platform_->layout_->layout() != layout_;
+}
+
 void OverlayWindow::update() {
     if (!surface_) {
         return;
@@ -55,7 +59,7 @@ void OverlayWindow::update() {
         return;
     }
     const bool raise = std::exchange(needsRaising_, false);
-    const bool drawsAnew = std::exchange(needsDrawing_, false) || !surface_->isShown();
+    const bool drawsAnew = std::exchange(needsDrawing_, false) || !surface_->isShown() || isMisplaced();
     if (drawsAnew) {
         surface_->show(makeImage(), raise);
     } else if (raise) {
@@ -66,9 +70,9 @@ void OverlayWindow::update() {
     }
 }
 
-OverlayImage OverlayWindow::makeImage() const {
-    const ScenePlacement placement{attributes_.contentRect, platform_->layout_->layout(),
-                                   platform_->accentColor_()};
+OverlayImage OverlayWindow::makeImage() {
+    layout_ = platform_->layout_->layout();
+    const ScenePlacement placement{attributes_.contentRect, layout_, platform_->accentColor_()};
     Scene whole;
     whole.primitives.emplace_back(FillRect{
         {0, 0, attributes_.contentRect.width, attributes_.contentRect.height}, attributes_.backgroundColor});

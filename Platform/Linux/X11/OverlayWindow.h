@@ -1,6 +1,7 @@
 #pragma once
 
 #include "App/Toolkit/Window.h"
+#include "Platform/Linux/X11/DesktopLayout.h"
 #include "Platform/Linux/X11/OverlaySurface.h"
 #include "Platform/Linux/X11/XWindowPlatform.h"
 
@@ -31,16 +32,21 @@ public:
     /// Goes on with another native window, not yet shown; null when the server cannot show overlays.
     void replaceSurface(std::unique_ptr<OverlaySurface> surface);
 
+    /// Whether it stands where an earlier layout of the desktop had its frame.
+    [[nodiscard]] bool isMisplaced() const;
+
     /// Brings about what was asked for since the last time.
     void update();
 
 private:
-    [[nodiscard]] OverlayImage makeImage() const;
+    [[nodiscard]] OverlayImage makeImage();
 
     XWindowPlatform* platform_;
     WindowAttributes attributes_;
     std::unique_ptr<OverlaySurface> surface_;
     Scene scene_;
+    /// That of the last drawing.
+    DesktopLayout layout_;
     bool isVisible_ = false;
     bool needsDrawing_ = true;
     bool needsRaising_ = false;

@@ -18,15 +18,21 @@ constexpr double farthest = 32767;
 
 class XWindowElement final : public AccessibilityElement {
 public:
-    XWindowElement(xcb_window_t window, bool isManaged) : window_(window), isManaged_(isManaged) {}
+    XWindowElement(xcb_window_t window, bool isManaged) : path_{window}, isManaged_(isManaged) {}
 
-    [[nodiscard]] xcb_window_t window() const { return window_; }
+    /// One that is part of no managed window yet.
+    explicit XWindowElement(std::vector<xcb_window_t> path) : path_(std::move(path)), isManaged_(false) {}
+
+    [[nodiscard]] xcb_window_t window() const { return path_.back(); }
+
+    /// The window, last, and what it was found in. Parts of a window come and go while it stays.
+    [[nodiscard]] const std::vector<xcb_window_t>& path() const { return path_; }
 
     /// A window in the user's sense, with a frame that can be read and written.
     [[nodiscard]] bool isManaged() const { return isManaged_; }
 
 private:
-    xcb_window_t window_;
+    std::vector<xcb_window_t> path_;
     bool isManaged_;
 };
 
@@ -65,12 +71,12 @@ AccessibilityElementResult XAccessibilityPlatform::copyElementAtPosition(float x
         return {x_accessibility_error::illegalValue, nullptr};
     }
     const DesktopLayout& layout = layout_->layout();
-    const auto found = finder_.deepestWindowAt(static_cast<int>(std::floor(x)) + layout.primaryLeft,
-                                               static_cast<int>(std::floor(y)) + layout.top);
-    if (found.error != 0 || found.window == XCB_WINDOW_NONE) {
+    auto found = finder_.deepestWindowAt(static_cast<int>(std::floor(x)) + layout.primaryLeft,
+                                         static_cast<int>(std::floor(y)) + layout.top);
+    if (found.windows.empty()) {
         return {found.error, nullptr};
     }
-    return {0, std::make_shared<XWindowElement>(found.window, false)};
+    return {0, std::make_shared<XWindowElement>(std::move(found.windows))};
 }
 
 AccessibilityValueResult XAccessibilityPlatform::copyAttributeValue(const AccessibilityElementRef& element,
@@ -80,7 +86,7 @@ AccessibilityValueResult XAccessibilityPlatform::copyAttributeValue(const Access
         return {x_accessibility_error::invalidElement, std::nullopt};
     }
     if (name == windowAttribute) {
-        return elementResult(finder_.managedWindowOf(node->window()), true);
+        return elementResult(finder_.managedWindowOf(node->path()), true);
     }
     if (name == parentAttribute) {
         return elementResult(finder_.parentOf(node->window()), false);

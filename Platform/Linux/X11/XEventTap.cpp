@@ -71,6 +71,7 @@ void XEventTap::stop() {
     }
     subscriptions_ = {};
     isMotionPending_ = false;
+    lastMotion_.reset();
     paceTimer_.reset();
     selectInput(XCB_INPUT_DEVICE_ALL_MASTER, 0);
     selectInput(XCB_INPUT_DEVICE_ALL, 0);
@@ -202,17 +203,18 @@ void XEventTap::handleModifiers(std::uint32_t modifiers) {
 }
 
 bool XEventTap::isMotionDue() {
-    if (pace_.mainLoop == nullptr) {
+    if (pace_.mainLoop == nullptr || !lastMotion_) {
         return true;
     }
     const std::chrono::duration<double> remaining =
-        pace_.interval - (std::chrono::steady_clock::now() - lastMotion_);
+        pace_.interval - (std::chrono::steady_clock::now() - *lastMotion_);
     if (remaining.count() <= 0) {
         return true;
     }
     if (!paceTimer_) {
         paceTimer_ = pace_.mainLoop->scheduleOnce(remaining.count(), [this] {
             XEventTap& tap = *this;
+            tap.lastMotion_.reset();
             // This ends the action's own life.
             tap.paceTimer_.reset();
             tap.pump_->processQueued();
@@ -237,6 +239,7 @@ bool XEventTap::deliverPendingMotion() {
     }
     isMotionPending_ = false;
     lastMotion_ = std::chrono::steady_clock::now();
+    paceTimer_.reset();
     return deliver(EventType::leftMouseDragged);
 }
 

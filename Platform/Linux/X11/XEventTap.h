@@ -11,6 +11,7 @@
 #include <chrono>
 #include <cstdint>
 #include <memory>
+#include <optional>
 
 namespace tarvex {
 
@@ -92,7 +93,8 @@ private:
     /// another client keeps the pointer frozen.
     bool isButtonConfirmed_ = false;
     bool isMotionPending_ = false;
-    std::chrono::steady_clock::time_point lastMotion_;
+    /// None when motion may be handed on at once.
+    std::optional<std::chrono::steady_clock::time_point> lastMotion_;
     std::unique_ptr<Timer> paceTimer_;
 };
 

@@ -27,6 +27,7 @@ constexpr std::array<std::string_view, 10> fixedTypeNames{
 constexpr int maxDepth = 64;
 constexpr int maxFrameDepth = 6;
 constexpr std::size_t maxWindowsPerLevel = 512;
+constexpr int maxAttempts = 4;
 
 std::int16_t clampToCoordinate(int value) {
     using Limits = std::numeric_limits<std::int16_t>;
@@ -64,18 +65,25 @@ XWindowFinder::XWindowFinder(XConnection& connection, std::vector<XClientResourc
     fixedTypes_ = atomsOf(connection, fixedTypeNames);
 }
 
-XWindowFinder::Result XWindowFinder::deepestWindowAt(int x, int y) {
+XWindowFinder::Path XWindowFinder::deepestWindowAt(int x, int y) {
+    Path path = descendTo(x, y);
+    for (int attempt = 1; path.error == XCB_WINDOW && attempt < maxAttempts; ++attempt) {
+        path = descendTo(x, y);
+    }
+    return path;
+}
+
+XWindowFinder::Path XWindowFinder::descendTo(int x, int y) {
     const xcb_window_t root = connection_->root();
-    xcb_window_t deepest = root;
+    Path path{0, {root}};
     for (int depth = 0; depth < maxDepth; ++depth) {
         // The server itself looks for the child, and respects the shapes of windows in that.
         const auto reply =
             connection_->take(xcb_translate_coordinates_reply,
-                              xcb_translate_coordinates(connection_->get(), root, deepest,
+                              xcb_translate_coordinates(connection_->get(), root, path.windows.back(),
                                                         clampToCoordinate(x), clampToCoordinate(y)));
         if (!reply) {
-            // A window that closes under the pointer leaves what it stood in.
-            return deepest == root || connection_->isBroken() ? Result{reply.error} : Result{0, root};
+            return {reply.error, {}};
         }
         if (reply->child == XCB_WINDOW_NONE) {
             break;
@@ -83,9 +91,9 @@ XWindowFinder::Result XWindowFinder::deepestWindowAt(int x, int y) {
         if (isOwn(reply->child)) {
             return {};
         }
-        deepest = reply->child;
+        path.windows.push_back(reply->child);
     }
-    return {0, deepest};
+    return path;
 }
 
 XWindowFinder::Result XWindowFinder::managedWindowOf(xcb_window_t window) {
@@ -108,6 +116,17 @@ XWindowFinder::Result XWindowFinder::managedWindowOf(xcb_window_t window) {
         window = tree->parent;
     }
     return {};
+}
+
+XWindowFinder::Result XWindowFinder::managedWindowOf(const std::vector<xcb_window_t>& path) {
+    Result result;
+    for (auto window = path.rbegin(); window != path.rend(); ++window) {
+        result = managedWindowOf(*window);
+        if (result.error != XCB_WINDOW) {
+            break;
+        }
+    }
+    return result;
 }
 
 XWindowFinder::Result XWindowFinder::parentOf(xcb_window_t window) {

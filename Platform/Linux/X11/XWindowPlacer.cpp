@@ -116,10 +116,15 @@ void XWindowPlacer::settle() {
         return;
     }
     // One that was maximised before has been restored, though the window manager may not have come to it yet.
-    const bool isMaximizedSince = steering_.isMaximized(now) &&
-                                  !steering_.isMaximized(settling_->situation) &&
+    const XWindowSituation& before = settling_->situation;
+    const bool isMaximizedSince = steering_.isMaximized(now) && !steering_.isMaximized(before) &&
                                   std::chrono::steady_clock::now() - settling_->start <= times_.state;
-    const XWindowGeometry& assumed = settling_->situation.geometry;
+    if (!isMaximizedSince && steering_.isSizedByManager(now) && !steering_.isSizedByManager(before)) {
+        // Somebody wants it so; that its borders changed with it is no reason to place it.
+        settling_.reset();
+        return;
+    }
+    const XWindowGeometry& assumed = before.geometry;
     if (!isMaximizedSince && now.geometry.decoration == assumed.decoration &&
         now.geometry.invisible == assumed.invisible) {
         return;

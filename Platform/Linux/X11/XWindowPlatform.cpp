@@ -88,7 +88,10 @@ void XWindowPlatform::handleExpose(const xcb_generic_event_t& event) {
 }
 
 void XWindowPlatform::endTurn() {
-    if (!std::exchange(needsUpdate_, false)) {
+    // A frame stays the same when the monitor that it hangs on moves; its pixels do not.
+    const bool hasMisplaced = std::any_of(windows_.begin(), windows_.end(),
+                                          [](const OverlayWindow* window) { return window->isMisplaced(); });
+    if (!std::exchange(needsUpdate_, false) && !hasMisplaced) {
         return;
     }
     for (OverlayWindow* window : windows_) {

@@ -19,7 +19,7 @@ namespace tarvex {
 class OverlayWindow;
 
 /// Overlay windows on an X screen. Whatever is asked of them takes effect at the end of the event pump's
-/// turn.
+/// turn, and so does a new layout of the desktop.
 class XWindowPlatform final : public WindowPlatform {
 public:
     /// Gives the system's accent colour, 0xRRGGBB.

@@ -68,6 +68,11 @@ bool XWindowSteering::isMaximized(const XWindowSituation& situation) const {
            isAmong(situation.states, atoms_.maximizedHorizontally);
 }
 
+bool XWindowSteering::isSizedByManager(const XWindowSituation& situation) const {
+    return isMaximized(situation) || isAmong(situation.states, atoms_.fullScreen) ||
+           isAmong(situation.states, atoms_.shaded);
+}
+
 bool XWindowSteering::isBorderProperty(xcb_atom_t property) const {
     return property == atoms_.decoration || property == atoms_.invisible;
 }

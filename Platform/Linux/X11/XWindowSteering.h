@@ -42,6 +42,9 @@ public:
 
     [[nodiscard]] bool isMaximized(const XWindowSituation& situation) const;
 
+    /// Whether the window is in one of the states in which the window manager gives it its size.
+    [[nodiscard]] bool isSizedByManager(const XWindowSituation& situation) const;
+
     /// Whether a change of this property may change how the frame is to be reached.
     [[nodiscard]] bool isBorderProperty(xcb_atom_t property) const;
 

@@ -1,4 +1,5 @@
 #include "Tests/Contract/X11/OverlayFixture.h"
+#include "Tests/Support/X11/Monitors.h"
 
 #include <xcb/shape.h>
 
@@ -222,6 +223,38 @@ TEST_P(OverlayX11, WindowOfAnotherFrameTakesThePlaceOfAClosedOne) {
     auto now = desktop_->nativeWindows();
     EXPECT_EQ(now.size(), natives.size());
     EXPECT_TRUE(std::is_permutation(now.begin(), now.end(), natives.begin(), natives.end()));
+}
+
+TEST_P(OverlayX11, LayoutThatChangesTakesTheShownWindowAlong) {
+    test::Monitors monitors(desktop_->server.displayName());
+    monitors.set({{"main", {0, 0, 1000, 1024}, true, true}});
+    show(filled(whole_));
+    ASSERT_EQ(pixel(10, 200), 0xFFFFFFU);
+    ASSERT_EQ(pixel(700, 200), OverlayDesktop::backgroundColor);
+
+    monitors.set({{"main", {200, 0, 1000, 1024}, true, true}, {"other", {0, 0, 200, 1024}}});
+    desktop_->settle();
+    EXPECT_EQ(pixel(10, 200), OverlayDesktop::backgroundColor);
+    EXPECT_EQ(pixel(700, 200), 0xFFFFFFU);
+    EXPECT_EQ(desktop_->client.geometryInRoot(shownNative()), (test::PixelRect{300, 200, 600, 400}));
+    XOverlayAdapters& adapters = desktop_->adapters;
+    EXPECT_EQ(adapters.requestsDuring([&] { adapters.pump.processPending(); }), 0U);
+}
+
+TEST_P(OverlayX11, LayoutThatChangesIsNotAskedForWhileNothingIsShown) {
+    show(filled(whole_));
+    window_->orderOut();
+    desktop_->settle();
+    test::Monitors monitors(desktop_->server.displayName());
+    monitors.set({{"main", {200, 0, 1000, 1024}, true, true}, {"other", {0, 0, 200, 1024}}});
+    // The notices of it have arrived.
+    desktop_->client.sync();
+    XOverlayAdapters& adapters = desktop_->adapters;
+    EXPECT_EQ(adapters.requestsDuring([&] { adapters.pump.processPending(); }), 0U);
+    window_->orderFront();
+    desktop_->settle();
+    EXPECT_EQ(pixel(10, 200), OverlayDesktop::backgroundColor);
+    EXPECT_EQ(pixel(700, 200), 0xFFFFFFU);
 }
 
 TEST_P(OverlayX11, HandedOnWindowStaysHiddenUntilItIsShown) {

@@ -31,12 +31,14 @@ TarvexProgram::TarvexProgram(const XServer& server, std::string path)
     std::filesystem::create_directories(configPath().parent_path());
 }
 
-void TarvexProgram::launch() {
-    process_ = std::make_unique<ChildProcess>(Command{{path_}, environment_, std::nullopt});
+void TarvexProgram::launch(const std::vector<std::string>& arguments) {
+    std::vector<std::string> command{path_};
+    command.insert(command.end(), arguments.begin(), arguments.end());
+    process_ = std::make_unique<ChildProcess>(Command{command, environment_, std::nullopt});
 }
 
-void TarvexProgram::start() {
-    launch();
+void TarvexProgram::start(const std::vector<std::string>& arguments) {
+    launch(arguments);
     awaitOnStandardError(readyLine);
 }
 

@@ -19,10 +19,10 @@ public:
     TarvexProgram(const XServer& server, std::string path);
 
     /// Starts it and waits until it observes events. Throws std::runtime_error when it does not.
-    void start();
+    void start(const std::vector<std::string>& arguments = {});
 
     /// Starts it without waiting.
-    void launch();
+    void launch(const std::vector<std::string>& arguments = {});
 
     /// Where it looks for its settings. The folder exists.
     [[nodiscard]] std::filesystem::path configPath() const;

@@ -19,7 +19,11 @@ XClient::XClient(const std::string& displayName) {
         xcb_disconnect(connection_);
         throw std::runtime_error("cannot connect to " + displayName);
     }
-    screen_ = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data;
+    auto screen = xcb_setup_roots_iterator(xcb_get_setup(connection_));
+    for (; screenNumber > 0 && screen.rem > 1; --screenNumber) {
+        xcb_screen_next(&screen);
+    }
+    screen_ = screen.data;
 }
 
 XClient::~XClient() {

@@ -33,6 +33,7 @@ class XClient {
 public:
     using EventHandler = std::function<void(const xcb_generic_event_t&)>;
 
+    /// @param displayName may name the screen, as in ":5.1"; the first one counts otherwise
     explicit XClient(const std::string& displayName);
     XClient(const XClient&) = delete;
     XClient& operator=(const XClient&) = delete;

@@ -31,7 +31,7 @@ std::string readDisplayNumber(const FileDescriptor& source, ChildProcess& server
 
 } // namespace
 
-XServer::XServer(int width, int height) {
+XServer::XServer(int width, int height, int screens) {
     std::array<int, 2> ends{};
     if (::pipe2(ends.data(), O_CLOEXEC) != 0) {
         throw std::runtime_error("pipe2 failed");
@@ -40,12 +40,15 @@ XServer::XServer(int width, int height) {
     FileDescriptor writeEnd(ends[1]);
     ::fcntl(readEnd.get(), F_SETFL, O_NONBLOCK);
     Command command;
-    command.arguments = {
-        "Xvfb",       "-displayfd", std::to_string(writeEnd.get()),
-        "-screen",    "0",          std::to_string(width) + "x" + std::to_string(height) + "x24",
-        "-nolisten",  "tcp",        "-noreset",
-        "+extension", "RANDR",      "+extension",
-        "Composite",  "-dpi",       "96"};
+    command.arguments = {"Xvfb",       "-displayfd", std::to_string(writeEnd.get()),
+                         "-nolisten",  "tcp",        "-noreset",
+                         "+extension", "RANDR",      "+extension",
+                         "Composite",  "-dpi",       "96"};
+    for (int screen = 0; screen < screens; ++screen) {
+        command.arguments.insert(command.arguments.end(),
+                                 {"-screen", std::to_string(screen),
+                                  std::to_string(width) + "x" + std::to_string(height) + "x24"});
+    }
     command.environment = {{"HOME", scratch_.folder("server").string()}};
     command.inheritedDescriptor = writeEnd.get();
     process_ = std::make_unique<ChildProcess>(command);

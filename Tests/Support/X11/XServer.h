@@ -12,8 +12,9 @@ namespace tarvex::test {
 /// keeps its state when its last client leaves. Throws std::runtime_error when it does not start.
 class XServer {
 public:
-    /// @param width,height of the screen in pixels
-    explicit XServer(int width = 1280, int height = 1024);
+    /// @param width,height of each screen in pixels
+    /// @param screens how many; the pointer is on one of them at a time
+    explicit XServer(int width = 1280, int height = 1024, int screens = 1);
 
     /// Such as ":5".
     [[nodiscard]] const std::string& displayName() const { return displayName_; }
