@@ -37,8 +37,21 @@ TarvexConfigRef ConfigStore::loadConfig() {
 void ConfigStore::saveConfig(const TarvexConfig& config) {
     const std::string url = getConfigUrl();
     const std::string data = encodeConfig(config);
-    loggingFailure(logger_,
-                   "Failed to write config: ", [&] { fileManager_->writeFileAtomically(url, data); });
+    loggingFailure(logger_, "Failed to write config: ", [&] {
+        keepUnreadable(url);
+        fileManager_->writeFileAtomically(url, data);
+    });
+}
+
+void ConfigStore::keepUnreadable(const std::string& url) {
+    if (!fileManager_->fileExists(url)) {
+        return;
+    }
+    try {
+        static_cast<void>(decodeTarvexConfig(fileManager_->readFile(url)));
+    } catch (const std::exception&) {
+        fileManager_->keepCopy(url, url + ".bak");
+    }
 }
 
 std::string ConfigStore::getConfigUrl() {

@@ -20,12 +20,14 @@ public:
     /// when a file stands there that cannot be read or decoded; the file is left alone.
     [[nodiscard]] TarvexConfigRef loadConfig();
 
-    /// Replaces the file with the whole record, in one step. Logs and throws (FileError, EncodingError) when
-    /// that fails; the old file then stands as it was.
+    /// Replaces the file with the whole record, in one step. What stood there is kept beside it as
+    /// config.json.bak if it cannot be read or decoded: it may be a work of hours with a slip of the pen.
+    /// Logs and throws (FileError, EncodingError) when that fails; the old file then stands as it was.
     void saveConfig(const TarvexConfig& config);
 
 private:
     [[nodiscard]] std::string getConfigUrl();
+    void keepUnreadable(const std::string& url);
     [[nodiscard]] TarvexConfigRef decodeConfig(const std::string& data);
     [[nodiscard]] std::string encodeConfig(const TarvexConfig& config);
 

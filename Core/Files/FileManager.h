@@ -41,6 +41,11 @@ public:
     /// also after a loss of power. The file keeps its permissions. A symbolic link stays a link; the file
     /// that it names is the one replaced.
     virtual void writeFileAtomically(const std::string& path, std::string_view content) = 0;
+
+    /// Has what stands at the path, links followed, stand at the other path as well, in place of what stood
+    /// there. It need not be readable where the file system can do without. What is written to the first path
+    /// later does not reach the copy.
+    virtual void keepCopy(const std::string& path, const std::string& copyPath) = 0;
 };
 
 } // namespace tarvex

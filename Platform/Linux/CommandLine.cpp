@@ -1,5 +1,8 @@
 #include "Platform/Linux/CommandLine.h"
 
+#include <charconv>
+#include <system_error>
+
 namespace tarvex {
 
 namespace {
@@ -16,8 +19,10 @@ Super+Shift it takes all zones that you passed over. Letting go of the keys befo
 button puts the window back.
 
 Options:
-  --help       show this help and exit
-  --version    show the version and exit
+  --open-editor [NUMBER]   open the zone editor, on the display of that number
+  --list-displays          print each display's number and title, and exit
+  --help                   show this help and exit
+  --version                show the version and exit
 
 Files:
   $XDG_CONFIG_HOME/Tarvex/config.json        settings, read afresh on every use
@@ -28,21 +33,43 @@ An X11 session is needed to move windows. In a Wayland session the program needs
 Xwayland to start at all, and then waits: nothing snaps there.
 )";
 
+std::optional<std::uint32_t> displayNumber(const std::string& text) {
+    std::uint32_t number = 0;
+    const char* const end = text.data() + text.size();
+    const auto [rest, error] = std::from_chars(text.data(), end, number);
+    return error == std::errc() && rest == end ? std::optional(number) : std::nullopt;
+}
+
 } // namespace
 
-std::optional<CommandLineExit> parseCommandLine(const std::vector<std::string>& arguments,
-                                                const std::string& version) {
-    for (const std::string& argument : arguments) {
+CommandLine parseCommandLine(const std::vector<std::string>& arguments, const std::string& version) {
+    CommandLine result;
+    const auto exitWith = [&result](int code, const std::string& text) {
+        result.exit = CommandLineExit{code, text};
+        return result;
+    };
+    for (std::size_t index = 0; index < arguments.size(); ++index) {
+        const std::string& argument = arguments[index];
         if (argument == "--help" || argument == "-h") {
-            return CommandLineExit{0, helpText};
+            return exitWith(0, helpText);
         }
         if (argument == "--version") {
-            return CommandLineExit{0, "tarvex " + version + "\n"};
+            return exitWith(0, "tarvex " + version + "\n");
         }
-        return CommandLineExit{usageError,
-                               "tarvex: unknown option '" + argument + "'\nTry 'tarvex --help'.\n"};
+        if (argument == "--list-displays") {
+            result.listsDisplays = true;
+        } else if (argument == "--open-editor") {
+            result.opensEditor = true;
+            const bool hasValue = index + 1 < arguments.size() && !arguments[index + 1].starts_with('-');
+            if (hasValue && !(result.editorDisplay = displayNumber(arguments[++index]))) {
+                return exitWith(usageError, "tarvex: '" + arguments[index] +
+                                                "' is no display number\nTry 'tarvex --list-displays'.\n");
+            }
+        } else {
+            return exitWith(usageError, "tarvex: unknown option '" + argument + "'\nTry 'tarvex --help'.\n");
+        }
     }
-    return std::nullopt;
+    return result;
 }
 
 } // namespace tarvex

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -13,8 +14,20 @@ struct CommandLineExit {
     std::string text;
 };
 
-/// Reads the arguments, the program's own name left out. None when the program is to run.
-[[nodiscard]] std::optional<CommandLineExit> parseCommandLine(const std::vector<std::string>& arguments,
-                                                              const std::string& version);
+/// What the user asked for.
+struct CommandLine {
+    /// Present when the program is not to run.
+    std::optional<CommandLineExit> exit;
+    /// Print the displays and end.
+    bool listsDisplays = false;
+    /// Open the zone editor once the program runs,
+    bool opensEditor = false;
+    /// on the display of that number; on the main one without.
+    std::optional<std::uint32_t> editorDisplay;
+};
+
+/// Reads the arguments, the program's own name left out.
+[[nodiscard]] CommandLine parseCommandLine(const std::vector<std::string>& arguments,
+                                           const std::string& version);
 
 } // namespace tarvex

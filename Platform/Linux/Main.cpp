@@ -1,11 +1,14 @@
 #include "App/Logging/FileLogger.h"
 #include "App/Snapping/SnapController.h"
+#include "App/ZoneEditor/GridEditorController.h"
 #include "Platform/Linux/CommandLine.h"
 #include "Platform/Linux/Qt/QtKeyWindow.h"
 #include "Platform/Linux/Qt/QtMainLoop.h"
 #include "Platform/Linux/Qt/QtSignals.h"
+#include "Platform/Linux/Qt/QtTextMeasurer.h"
 #include "Platform/Linux/Qt/QtXEventSource.h"
 #include "Platform/Linux/Qt/SystemColors.h"
+#include "Platform/Linux/Qt/XViewWindowPlatform.h"
 #include "Platform/Linux/StandardErrorLog.h"
 #include "Platform/Linux/X11/StrutTracker.h"
 #include "Platform/Linux/X11/XAccessibilityPlatform.h"
@@ -18,11 +21,14 @@
 
 #include <QApplication>
 
+#include <cinttypes>
 #include <clocale>
 #include <csignal>
 #include <cstdio>
 #include <memory>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace tarvex {
@@ -42,6 +48,8 @@ public:
           eventTap(connection, pump, pointer, SessionKind::fromEnvironment(), {.mainLoop = &mainLoop}),
           accessibility(connection, pump, monitors, toolkitWindows()),
           windows(connection, pump, monitors, &SystemColors::accentColor, &log),
+          textMeasurer(fonts),
+      viewWindows(connection, pump, monitors, fonts, &SystemColors::accentColor, &log),
           eventSource(pump),
           files(XdgDirectories::configHome()) {}
 
@@ -57,6 +65,9 @@ public:
     XAccessibilityPlatform accessibility;
     XWindowPlatform windows;
     QtKeyWindow keyWindow;
+    QtFonts fonts;
+    QtTextMeasurer textMeasurer;
+    XViewWindowPlatform viewWindows;
     QtXEventSource eventSource;
     PosixFileManager files;
 
@@ -69,15 +80,31 @@ private:
     }
 };
 
-std::unique_ptr<SnapController> makeSnapController(Desktop& desktop) {
-    const LoggerFactory loggers(desktop.log);
+std::shared_ptr<ConfigStore> makeConfigStore(Desktop& desktop) {
+    return std::make_shared<ConfigStore>(LoggerFactory(desktop.log).makeLogger("ConfigStore"), desktop.files);
+}
+
+std::shared_ptr<DisplayService> makeDisplayService(Desktop& desktop) {
+    return std::make_shared<DisplayService>(LoggerFactory(desktop.log).makeLogger("DisplayService"),
+                                            desktop.displays, desktop.screens);
+}
+
+std::shared_ptr<GridEditorController> makeGridEditorController(Desktop& desktop) {
+    return std::make_shared<GridEditorController>(makeConfigStore(desktop), makeDisplayService(desktop),
+                                                  std::make_shared<DisplayFrameService>(desktop.screens),
+                                                  GridEditorPlatform{desktop.screens, desktop.viewWindows,
+                                                                     desktop.mainLoop, desktop.textMeasurer,
+                                                                     desktop.log});
+}
+
+std::unique_ptr<SnapController> makeSnapController(Desktop& desktop,
+                                                   std::shared_ptr<GridEditorController> gridEditor) {
     const GridSplitNormalizer splitNormalizer(GridSplitNormalizer::standardEpsilon);
     SnapServices services{
         .preferencesController = nullptr,
-        .gridEditorController = nullptr,
-        .configStore = std::make_shared<ConfigStore>(loggers.makeLogger("ConfigStore"), desktop.files),
-        .displayService = std::make_shared<DisplayService>(loggers.makeLogger("DisplayService"),
-                                                           desktop.displays, desktop.screens),
+        .gridEditorController = std::move(gridEditor),
+        .configStore = makeConfigStore(desktop),
+        .displayService = makeDisplayService(desktop),
         .displayFrameService = std::make_shared<DisplayFrameService>(desktop.screens),
         .accessibilityService =
             std::make_shared<AccessibilityService>(desktop.accessibility, desktop.screens, desktop.log),
@@ -95,7 +122,21 @@ std::unique_ptr<SnapController> makeSnapController(Desktop& desktop) {
     return std::make_unique<SnapController>(std::move(services), platform);
 }
 
-int run(int& argc, char** argv) {
+void listDisplays(DisplayService& displays) {
+    for (const std::uint32_t number : displays.getActiveDisplays()) {
+        std::printf("%" PRIu32 "\t%s\n", number, displays.getDisplayTitle(number).c_str());
+    }
+}
+
+void openEditor(GridEditorController& gridEditor, const std::optional<std::uint32_t>& display) {
+    if (display) {
+        gridEditor.showEditor(*display);
+    } else {
+        gridEditor.showEditorForMainDisplay();
+    }
+}
+
+int run(const CommandLine& commandLine, int& argc, char** argv) {
     const std::unique_ptr<XConnection> connection = XConnection::open();
     if (!connection) {
         std::fputs("tarvex: cannot reach an X server; is DISPLAY set?\n", stderr);
@@ -114,8 +155,16 @@ int run(int& argc, char** argv) {
     Desktop desktop(*connection);
     desktop.pump.setConnectionLostHandler([] { QApplication::quit(); });
     const QtSignals terminationSignals([] { QApplication::quit(); });
-    const std::unique_ptr<SnapController> snapController = makeSnapController(desktop);
+    if (commandLine.listsDisplays) {
+        listDisplays(*makeDisplayService(desktop));
+        return 0;
+    }
+    const std::shared_ptr<GridEditorController> gridEditor = makeGridEditorController(desktop);
+    const std::unique_ptr<SnapController> snapController = makeSnapController(desktop, gridEditor);
     snapController->start();
+    if (commandLine.opensEditor) {
+        openEditor(*gridEditor, commandLine.editorDisplay);
+    }
     return QApplication::exec();
 }
 
@@ -125,9 +174,10 @@ int run(int& argc, char** argv) {
 
 int main(int argc, char** argv) {
     const std::vector<std::string> arguments(argv + 1, argv + argc);
-    if (const auto exit = tarvex::parseCommandLine(arguments, TARVEX_VERSION)) {
-        std::fputs(exit->text.c_str(), exit->exitCode == 0 ? stdout : stderr);
-        return exit->exitCode;
+    const tarvex::CommandLine commandLine = tarvex::parseCommandLine(arguments, TARVEX_VERSION);
+    if (commandLine.exit) {
+        std::fputs(commandLine.exit->text.c_str(), commandLine.exit->exitCode == 0 ? stdout : stderr);
+        return commandLine.exit->exitCode;
     }
-    return tarvex::run(argc, argv);
+    return tarvex::run(commandLine, argc, argv);
 }

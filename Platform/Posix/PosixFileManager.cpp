@@ -311,4 +311,23 @@ void PosixFileManager::writeFileAtomically(const std::string& path, std::string_
     syncFolder(folder);
 }
 
+void PosixFileManager::keepCopy(const std::string& path, const std::string& copyPath) {
+    const std::string original = resolveLinks(path);
+    const std::string target = resolveLinks(copyPath);
+    const std::string temporary = folderOf(target) + "/" + randomName();
+    if (::link(original.c_str(), temporary.c_str()) != 0) {
+        writeFileAtomically(copyPath, readFile(path));
+        return;
+    }
+    const bool isMoved =
+        retryingInterrupted([&] { return ::rename(temporary.c_str(), target.c_str()); }) == 0;
+    const int error = errno;
+    // Two names of one file are left as they are by a renaming.
+    ::unlink(temporary.c_str());
+    if (!isMoved) {
+        fail("Cannot replace", target, error);
+    }
+    syncFolder(folderOf(target));
+}
+
 } // namespace tarvex

@@ -35,6 +35,9 @@ public:
     /// but a regular file or nothing.
     void writeFileAtomically(const std::string& path, std::string_view content) override;
 
+    /// By a further name for the same file, which needs no leave to read it; across file systems by copying.
+    void keepCopy(const std::string& path, const std::string& copyPath) override;
+
 private:
     std::string applicationSupportDirectory_;
 };

@@ -12,7 +12,7 @@
 namespace tarvex {
 
 /// The operations of a FileManager that can be made to fail.
-enum class FileOperation { applicationSupportDirectory, createDirectory, readFile, writeFile };
+enum class FileOperation { applicationSupportDirectory, createDirectory, readFile, writeFile, keepCopy };
 
 /// A file system in memory. Folders come into being with createDirectory; files are put there by the test or
 /// written by the code under test. Any operation can be made to fail, and every call is counted.
@@ -78,6 +78,15 @@ public:
     void writeFileAtomically(const std::string& path, std::string_view content) override {
         enter(FileOperation::writeFile);
         files_[path] = content;
+    }
+
+    void keepCopy(const std::string& path, const std::string& copyPath) override {
+        enter(FileOperation::keepCopy);
+        const auto found = files_.find(path);
+        if (found == files_.end()) {
+            throw FileError("Cannot keep \"" + path + "\": No such file or directory");
+        }
+        files_[copyPath] = std::string(found->second);
     }
 
 private:

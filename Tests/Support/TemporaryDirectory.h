@@ -15,8 +15,9 @@ namespace tarvex {
 /// A new empty folder, removed with everything in it at the end.
 class TemporaryDirectory {
 public:
-    TemporaryDirectory() {
-        std::string name = (std::filesystem::temp_directory_path() / "tarvex-test-XXXXXX").string();
+    /// @param base where to make it
+    explicit TemporaryDirectory(const std::filesystem::path& base = std::filesystem::temp_directory_path()) {
+        std::string name = (base / "tarvex-test-XXXXXX").string();
         if (mkdtemp(name.data()) == nullptr) {
             throw std::runtime_error("cannot make a temporary folder");
         }

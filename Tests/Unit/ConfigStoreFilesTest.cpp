@@ -48,6 +48,10 @@ public:
         files_->writeFileAtomically(path, content);
     }
 
+    void keepCopy(const std::string& path, const std::string& copyPath) override {
+        files_->keepCopy(path, copyPath);
+    }
+
 private:
     FileManager* files_;
 };

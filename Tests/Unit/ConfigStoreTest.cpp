@@ -161,6 +161,38 @@ TEST_F(ConfigStoreTest, EveryCallMakesSureOfTheFolder) {
     EXPECT_EQ(files.callCount(FileOperation::createDirectory), 3U);
 }
 
+TEST_F(ConfigStoreTest, SettingsThatDoNotDecodeAreKeptBesideThoseThatReplaceThem) {
+    const std::string kept = std::string(SimulatedFileManager::configPath) + ".bak";
+    files.putFile(SimulatedFileManager::configPath, "{ my grids");
+    files.putFile(kept, "an older one");
+    save();
+    EXPECT_EQ(files.content(kept), "{ my grids");
+    load();
+    expectLogged({});
+}
+
+TEST_F(ConfigStoreTest, SettingsThatCannotBeReadAreKeptToo) {
+    const std::string kept = std::string(SimulatedFileManager::configPath) + ".bak";
+    files.putFile(SimulatedFileManager::configPath, "secret");
+    files.fail(FileOperation::readFile, "denied");
+    save();
+    EXPECT_EQ(files.content(kept), "secret");
+}
+
+TEST_F(ConfigStoreTest, SettingsThatAreInOrderAreNotKept) {
+    save();
+    save();
+    EXPECT_EQ(files.callCount(FileOperation::keepCopy), 0U);
+}
+
+TEST_F(ConfigStoreTest, SettingsThatCannotBeKeptAreNotOverwritten) {
+    files.putFile(SimulatedFileManager::configPath, "{ my grids");
+    files.fail(FileOperation::keepCopy, "no room");
+    EXPECT_EQ(messageOf<FileError>([this] { save(); }), "no room");
+    EXPECT_EQ(files.content(SimulatedFileManager::configPath), "{ my grids");
+    expectLogged({"Failed to write config: no room"});
+}
+
 TEST_F(ConfigStoreTest, AFailureThatHasPassedIsForgotten) {
     save();
     files.fail(FileOperation::readFile, "busy");

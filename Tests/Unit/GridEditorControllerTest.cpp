@@ -332,6 +332,7 @@ TEST_F(GridEditorControllerTest, UnreadableSettingsAreReplacedOnAccepting) {
     EXPECT_EQ(stored()->grids().size(), 2U);
     EXPECT_EQ(stored()->grids()[1]->verticalSplits(), (Splits{0.5, 0.75}));
     EXPECT_EQ(stored()->cellMarginPoints(), 8);
+    EXPECT_EQ(desktop_.configFiles().keptText(), "{");
 }
 
 TEST_F(GridEditorControllerTest, FailureToSaveClosesTheEditorAllTheSame) {

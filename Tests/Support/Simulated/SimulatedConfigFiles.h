@@ -45,12 +45,23 @@ public:
         files_[path] = std::string(content);
     }
 
+    void keepCopy(const std::string& path, const std::string& copyPath) override {
+        const std::string content = files_.at(path);
+        files_[copyPath] = content;
+    }
+
     void put(std::string text) { files_[configPath()] = std::move(text); }
 
     void remove() { files_.erase(configPath()); }
 
     [[nodiscard]] std::string text() const {
         return files_.contains(configPath()) ? files_.at(configPath()) : "";
+    }
+
+    /// What was kept of a file that could not be decoded.
+    [[nodiscard]] std::string keptText() const {
+        const auto found = files_.find(configPath() + ".bak");
+        return found == files_.end() ? "" : found->second;
     }
 
     /// Whether the file stands there and refuses to be read.

@@ -1,0 +1,142 @@
+#include "Platform/Linux/Qt/ScenePainter.h"
+
+#include "Platform/Linux/Qt/SceneGeometry.h"
+
+#include <algorithm>
+
+namespace tarvex {
+
+namespace {
+
+constexpr QRgb systemBlue = 0xFF0A84FF;
+constexpr QRgb systemRed = 0xFFFF453A;
+
+/// Paints one primitive after the other.
+class PrimitivePainter {
+public:
+    PrimitivePainter(QPainter& painter, const SceneGeometry& geometry, QtFonts& fonts,
+                     std::uint32_t accentColor)
+        : painter_(&painter), geometry_(&geometry), fonts_(&fonts), accentColor_(accentColor) {}
+
+    void operator()(const FillRect& fill) { fillPixels(geometry_->pixelsOf(fill.rect), fill.color); }
+
+    void operator()(const StrokeRect& stroke) {
+        if (const auto sides = geometry_->pixelsOf(stroke)) {
+            for (const QRect& side : *sides) {
+                fillPixels(side, stroke.color);
+            }
+        }
+    }
+
+    void operator()(const StrokeLine& line) {
+        if (const auto pixels = geometry_->pixelsOf(line)) {
+            fillPixels(pixels, line.color);
+            return;
+        }
+        setPen(line.color, line.lineWidth);
+        painter_->drawLine(geometry_->exactOf(line.start), geometry_->exactOf(line.end));
+    }
+
+    void operator()(const FillEllipse& fill) {
+        setBrush(fill.color);
+        painter_->drawEllipse(geometry_->exactOf(fill.rect));
+    }
+
+    void operator()(const StrokeEllipse& stroke) {
+        setPen(stroke.color, stroke.lineWidth);
+        painter_->setBrush(Qt::NoBrush);
+        painter_->drawEllipse(geometry_->exactOf(stroke.rect));
+    }
+
+    void operator()(const FillRoundedRect& fill) {
+        setBrush(fill.color);
+        // On whole pixels its straight sides are crisp.
+        if (const auto pixels = geometry_->pixelsOf(fill.rect)) {
+            painter_->drawRoundedRect(*pixels, fill.radii.width, fill.radii.height);
+        }
+    }
+
+    void operator()(const TextLabel& label) {
+        const TextRun& run = fonts_->layOut(label.text, label.font);
+        const QPoint baseline = geometry_->baselineOf(label, run);
+        painter_->setPen(qtColorOf(label.color, accentColor_));
+        for (const QGlyphRun& glyphs : run.glyphs) {
+            painter_->drawGlyphRun(baseline, glyphs);
+        }
+    }
+
+private:
+    void fillPixels(const std::optional<QRect>& pixels, const Color& color) {
+        if (pixels && !pixels->isEmpty()) {
+            painter_->fillRect(*pixels, qtColorOf(color, accentColor_));
+        }
+    }
+
+    void setPen(const Color& color, double width) {
+        painter_->setPen(QPen(qtColorOf(color, accentColor_), width, Qt::SolidLine, Qt::FlatCap));
+    }
+
+    void setBrush(const Color& color) {
+        painter_->setPen(Qt::NoPen);
+        painter_->setBrush(qtColorOf(color, accentColor_));
+    }
+
+    QPainter* painter_;
+    const SceneGeometry* geometry_;
+    QtFonts* fonts_;
+    std::uint32_t accentColor_;
+};
+
+} // namespace
+
+QColor qtColorOf(const Color& color, std::uint32_t accentColor) {
+    QColor result(Qt::transparent);
+    switch (color.name) {
+    case ColorName::clear:
+        return result;
+    case ColorName::white:
+        result = QColor(Qt::white);
+        break;
+    case ColorName::black:
+        result = QColor(Qt::black);
+        break;
+    case ColorName::gray: {
+        const float lightness = static_cast<float>(std::clamp(color.lightness, 0.0, 1.0));
+        result = QColor::fromRgbF(lightness, lightness, lightness);
+        break;
+    }
+    case ColorName::accent:
+        result = QColor::fromRgb(accentColor | 0xFF000000U);
+        break;
+    case ColorName::blue:
+        result = QColor::fromRgb(systemBlue);
+        break;
+    case ColorName::red:
+        result = QColor::fromRgb(systemRed);
+        break;
+    }
+    result.setAlphaF(static_cast<float>(std::clamp(color.alpha, 0.0, 1.0)));
+    return result;
+}
+
+void ScenePainter::paint(QPainter& painter, const Scene& scene, double viewHeight, const QRegion& region,
+                         std::uint32_t accentColor) {
+    const SceneGeometry geometry(viewHeight);
+    PrimitivePainter primitivePainter(painter, geometry, *fonts_, accentColor);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    painter.setClipRegion(region);
+    const QRect whole = region.boundingRect();
+    for (const ScenePrimitive& primitive : scene.primitives) {
+        const std::vector<QRect> bounds = geometry.boundsOf(primitive, *fonts_);
+        if (std::any_of(bounds.begin(), bounds.end(), [&](const QRect& rect) {
+                return whole.intersects(rect) && region.intersects(rect);
+            })) {
+            std::visit(primitivePainter, primitive);
+        }
+    }
+    painter.restore();
+}
+
+} // namespace tarvex
