@@ -1,5 +1,5 @@
-// Shows Tarvex at work on a private virtual display: one window snapped into a single zone, one across two, a
-// picture of each step.
+// Shows Tarvex at work on a private virtual display: one window snapped into a single zone, one across two,
+// and the zone editor, with a picture of each step.
 
 #include "Tests/Support/X11/Compositor.h"
 #include "Tests/Support/X11/Keyboard.h"
@@ -80,9 +80,36 @@ public:
         finishDrag({key::shift, key::super});
         take("5-snapped-across-two", "the window covers both");
         tarvex_.expectCleanExit();
+        showEditor();
     }
 
 private:
+    // Moves one line, adds another, and leaves the pointer on a third.
+    void showEditor() {
+        tarvex_.allowOnStandardError("GridEditorController.showEditor");
+        tarvex_.allowOnStandardError("CopyElementAtPosition returned nil element");
+        tarvex_.start({"--open-editor"});
+        awaitStillPicture();
+        take("6-zone-editor", "the zone editor: the zones of the display, each with its size");
+        pointer_.moveTo({480, 400});
+        pointer_.press();
+        pointer_.glideTo({560, 400});
+        pointer_.release();
+        keyboard_.press(key::shift);
+        pointer_.moveTo({840, 300});
+        pointer_.press();
+        pointer_.glideTo({800, 300});
+        awaitStillPicture();
+        take("7-new-line", "Shift and a press: a vertical line, with the zones it would make");
+        pointer_.release();
+        keyboard_.release(key::shift);
+        pointer_.moveTo({1120, 500});
+        awaitStillPicture();
+        take("8-line-under-the-pointer",
+             "the line under the pointer can be dragged, or deleted with the right button");
+        tarvex_.expectCleanExit();
+    }
+
     void beginDrag(RealApplication& application) {
         // Clear of the buttons at the ends of a header bar.
         const PixelPoint handle = application.window().titleBarPoint();

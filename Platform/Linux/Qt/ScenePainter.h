@@ -4,7 +4,7 @@
 #include "Platform/Linux/Qt/QtFonts.h"
 
 #include <QColor>
-#include <QPainter>
+#include <QImage>
 #include <QRegion>
 
 #include <cstdint>
@@ -22,11 +22,10 @@ public:
     explicit ScenePainter(QtFonts& fonts) : fonts_(&fonts) {}
 
     /// Composites the primitives, in their order, over what is there. Only pixels of the region change.
-    /// @param painter on the picture of the view, one point of which is one pixel; its state is restored
-    /// @param viewHeight in points
+    /// @param image the picture of the view, of 32 bits a pixel, premultiplied or opaque; one point of the
+    ///   view is one pixel
     /// @param region in pixels of the picture; it must not reach out of it
-    void paint(QPainter& painter, const Scene& scene, double viewHeight, const QRegion& region,
-               std::uint32_t accentColor);
+    void paint(QImage& image, const Scene& scene, const QRegion& region, std::uint32_t accentColor);
 
 private:
     QtFonts* fonts_;

@@ -33,8 +33,8 @@ QRegion ViewPicture::paint(Scene scene, Form form, ControlFeedback feedback, std
         return region;
     }
     restoreGround(region);
+    scenePainter_.paint(image_, scene_, region, accentColor_);
     QPainter painter(&image_);
-    scenePainter_.paint(painter, scene_, image_.height(), region, accentColor_);
     formPainter_.paint(painter, form_, feedback_, image_.height(), region, accentColor_);
     return region;
 }
