@@ -43,6 +43,11 @@ struct ButtonStyle {
 
 enum class ControlKind : std::uint8_t { label, slider, pushButton, checkbox };
 
+enum class TextAlignment : std::uint8_t { natural, center };
+
+/// The system's colours for text: that of labels, and a fainter one for what explains them.
+enum class TextColor : std::uint8_t { label, secondaryLabel };
+
 /// One control of a window, as a plain value.
 struct Control {
     ControlKind kind = ControlKind::label;
@@ -55,6 +60,15 @@ struct Control {
     Font font;
     /// The position of a slider; 0 or 1 for a checkbox.
     double value = 0;
+    /// The ends of a slider.
+    double minimumValue = 0;
+    double maximumValue = 1;
+    TextAlignment alignment = TextAlignment::natural;
+    TextColor textColor = TextColor::label;
+    /// A label breaks its text between words, into as many lines as it takes.
+    bool wrapsText = false;
+    /// What a person is told who rests the pointer on it, or cannot see it. Empty for the text itself.
+    std::string toolTip = {};
     bool isEnabled = true;
     bool isHidden = false;
     std::optional<ButtonStyle> buttonStyle = {};

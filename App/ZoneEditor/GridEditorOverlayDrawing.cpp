@@ -50,6 +50,13 @@ constexpr Color opaqueGray(double lightness) {
     return {ColorName::gray, 1, lightness};
 }
 
+// Counted before any is made: a hand-written grid may have a hundred million.
+std::size_t zoneCount(const GridDefinition& grid) {
+    const GridSplitNormalizer normalizer(GridSplitNormalizer::standardEpsilon);
+    return (normalizer.normalizeSplits(grid.verticalSplits()).size() + 1) *
+           (normalizer.normalizeSplits(grid.horizontalSplits()).size() + 1);
+}
+
 Color withAlpha(Color color, double alpha) {
     color.alpha = alpha;
     return color;
@@ -109,8 +116,9 @@ Control makeButton(const char* id, const char* title, Point origin, ButtonStyle 
 Scene GridEditorOverlayView::draw() {
     Scene scene;
     drawBackdrop(scene);
-    const std::vector<GridCell> cells = calculator_.getCells(*makePreviewGrid());
-    if (cells.size() <= maxZonesDrawn) {
+    const GridDefinitionRef preview = makePreviewGrid();
+    if (zoneCount(*preview) <= maxZonesDrawn) {
+        const std::vector<GridCell> cells = calculator_.getCells(*preview);
         const CellFrameMap frames = frameCalculator_.getCellFrames(cells, bounds_, cellMarginPoints_);
         drawCellBorders(scene, frames);
         drawCellSizes(scene, frames);

@@ -49,7 +49,7 @@ public:
           accessibility(connection, pump, monitors, toolkitWindows()),
           windows(connection, pump, monitors, &SystemColors::accentColor, &log),
           textMeasurer(fonts),
-      viewWindows(connection, pump, monitors, fonts, &SystemColors::accentColor, &log),
+          viewWindows(connection, pump, monitors, fonts, &SystemColors::accentColor, &log),
           eventSource(pump),
           files(XdgDirectories::configHome()) {}
 

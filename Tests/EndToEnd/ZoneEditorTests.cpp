@@ -183,6 +183,32 @@ TEST_P(ZoneEditor, MonitorsThatChangeCloseIt) {
     EXPECT_EQ(configText(desktop), before);
 }
 
+TEST_P(ZoneEditor, ChangesOfOtherMonitorsLeaveItOpen) {
+    DesktopOptions options = withGrid({0.25}, {});
+    options.monitors = {{"left", {0, 0, 640, 1024}, true, true},
+                        {"right", {640, 0, 640, 1024}, false, false}};
+    Desktop& desktop = startEditor(options);
+    click(desktop, {500, 512});
+    desktop.monitors.set(
+        {{"left", {0, 0, 640, 1024}, true, true}, {"right", {640, 0, 640, 900}, false, false}});
+    click(desktop, {500, 256});
+    desktop.keyboard.tap(key::enter);
+    awaitClosed(desktop);
+    const auto config = nlohmann::json::parse(configText(desktop));
+    ASSERT_EQ(config["grids"].size(), 2U);
+    EXPECT_EQ(config["grids"][1]["horizontalSplits"],
+              nlohmann::json({fraction(256, height), fraction(512, height)}));
+}
+
+TEST_P(ZoneEditor, EndOfTheProgramGivesTheKeyboardBackAndSavesNothing) {
+    Desktop& desktop = startEditor(withGrid({0.25}, {}));
+    const std::string before = configText(desktop);
+    click(desktop, {700, 512});
+    expectCleanExitNow();
+    awaitClosed(desktop);
+    EXPECT_EQ(configText(desktop), before);
+}
+
 TEST_P(ZoneEditor, OpensOnTheDisplayOfThatNumber) {
     DesktopOptions options = withGrid({0.25}, {});
     options.monitors = {{"left", {0, 0, 640, 1024}, true, true}, {"right", {640, 0, 640, 900}, false, false}};

@@ -40,6 +40,8 @@ XViewWindow::~XViewWindow() {
     if (snapshot_) {
         platform_->giveBack(std::move(*snapshot_));
     }
+    // The program may be about to end.
+    platform_->connection_->flush();
 }
 
 void XViewWindow::makeKeyAndOrderFront() {
@@ -52,7 +54,8 @@ void XViewWindow::makeKeyAndOrderFront() {
 }
 
 void XViewWindow::open() {
-    pixelFrame_ = platform_->monitors_->layout().pixelsOfScreenRect(attributes_.contentRect);
+    place_ = findPlace();
+    pixelFrame_ = place_->frame;
     if (pixelFrame_.width <= 0 || pixelFrame_.height <= 0) {
         return;
     }
@@ -87,16 +90,46 @@ void XViewWindow::replaceSurface() {
     std::swap(surface_, surface);
     surface_->show();
     if (keepsKeyboard) {
-        keyboard_->give(surface_->window());
+        takeKeyboard();
     }
     needsDisplay_ = true;
 }
 
 void XViewWindow::showSurface() {
     surface_->show();
-    keyboard_->give(surface_->window());
+    takeKeyboard();
     needsDisplay_ = true;
     platform_->connection_->flush();
+}
+
+XViewWindow::Place XViewWindow::findPlace() {
+    Place place{platform_->monitors_->layout().pixelsOfScreenRect(attributes_.contentRect), {}};
+    const PixelRect& frame = place.frame;
+    for (const Monitor& monitor : platform_->monitors_->monitors()) {
+        const PixelRect& area = monitor.area;
+        if (area.x < frame.right() && frame.x < area.right() && area.y < frame.bottom() &&
+            frame.y < area.bottom()) {
+            place.monitors.emplace_back(monitor.number, area);
+        }
+    }
+    return place;
+}
+
+bool XViewWindow::noteMonitors() {
+    const std::uint64_t revision = platform_->monitors_->revision();
+    // What happens to other monitors is no business of this window.
+    if (std::exchange(monitorRevision_, revision) == revision || findPlace() == place_) {
+        return true;
+    }
+    const std::weak_ptr<const bool> life = life_;
+    view_->screensChanged();
+    return !life.expired();
+}
+
+void XViewWindow::takeKeyboard() {
+    keyboard_->give(surface_->window());
+    // The notice of it comes later; until then another native window may have to take it over.
+    hasKeyboard_ = true;
 }
 
 template <typename Event>
@@ -132,7 +165,8 @@ void XViewWindow::handlePress(const xcb_button_press_event_t& event) {
         return;
     }
     if (!hasKeyboard_) {
-        keyboard_->give(surface_->window());
+        keyboard_->borrowAnew();
+        takeKeyboard();
     }
     const MouseEvent mouse = mouseEventAt(event.event_x, event.event_y, event.state);
     if (event.detail == leftButton) {
@@ -192,17 +226,11 @@ void XViewWindow::handleFocusChange(const xcb_focus_in_event_t& event) {
 void XViewWindow::endTurn() {
     const std::weak_ptr<const bool> life = life_;
     input_.flush();
-    if (life.expired()) {
+    if (life.expired() || !noteMonitors()) {
         return;
     }
-    const std::uint64_t revision = platform_->monitors_->revision();
-    if (std::exchange(monitorRevision_, revision) != revision) {
-        view_->screensChanged();
-        if (life.expired()) {
-            return;
-        }
-    }
-    if (std::exchange(needsNewSurface_, false)) {
+    const bool isBlended = surface_->style() == OverlayStyle::blended;
+    if (std::exchange(needsNewSurface_, false) && isBlended != platform_->isBlending()) {
         replaceSurface();
     }
     topmost_->keepOnTop(surface_->window(), pixelFrame_);

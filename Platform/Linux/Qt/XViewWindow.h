@@ -13,6 +13,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace tarvex {
@@ -38,6 +39,18 @@ public:
     void noteCompositorChange() { needsNewSurface_ = surface_ != nullptr; }
 
 private:
+    /// Where the window belongs, and the monitors there with their numbers.
+    struct Place {
+        PixelRect frame;
+        std::vector<std::pair<std::uint32_t, PixelRect>> monitors;
+
+        bool operator==(const Place&) const = default;
+    };
+
+    [[nodiscard]] Place findPlace();
+    /// False when a callback destroyed the window.
+    [[nodiscard]] bool noteMonitors();
+    void takeKeyboard();
     void subscribe();
     template <typename Event>
     void on(std::uint8_t type, void (XViewWindow::*handler)(const Event&));
@@ -69,6 +82,7 @@ private:
     /// On the root window, as it was when the window was shown.
     PixelRect pixelFrame_;
     std::uint64_t monitorRevision_;
+    std::optional<Place> place_;
     std::unique_ptr<ViewSurface> surface_;
     std::unique_ptr<ViewPicture> picture_;
     std::optional<DesktopSnapshot> snapshot_;

@@ -3,7 +3,11 @@
 namespace tarvex {
 
 KeyboardLoan::KeyboardLoan(XConnection& connection) : connection_(&connection) {
-    const auto focus = connection.take(xcb_get_input_focus_reply, xcb_get_input_focus(connection.get()));
+    borrowAnew();
+}
+
+void KeyboardLoan::borrowAnew() {
+    const auto focus = connection_->take(xcb_get_input_focus_reply, xcb_get_input_focus(connection_->get()));
     if (focus) {
         formerHolder_ = focus->focus;
     }

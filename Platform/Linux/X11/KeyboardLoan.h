@@ -20,6 +20,9 @@ public:
     KeyboardLoan& operator=(KeyboardLoan&&) = delete;
     ~KeyboardLoan() = default;
 
+    /// Has the window that has the keyboard now be the one that gets it back. Waits for the server.
+    void borrowAnew();
+
     /// Gives the keyboard to the window, which must be shown. Does not wait.
     void give(xcb_window_t window);
 

@@ -25,6 +25,11 @@ bool intersect(const PixelRect& one, const PixelRect& other) {
     return one.x < other.right() && other.x < one.right() && one.y < other.bottom() && other.y < one.bottom();
 }
 
+bool contains(const PixelRect& outer, const PixelRect& inner) {
+    return outer.x <= inner.x && outer.y <= inner.y && outer.right() >= inner.right() &&
+           outer.bottom() >= inner.bottom();
+}
+
 } // namespace
 
 TopmostKeeper::TopmostKeeper(XConnection& connection, XEventPump& pump) : connection_(&connection) {
@@ -86,9 +91,7 @@ void TopmostKeeper::keepOnTop(xcb_window_t window, const PixelRect& frame) {
 std::optional<xcb_window_t> TopmostKeeper::findObscuring(xcb_window_t window, const PixelRect& frame) {
     const auto tree =
         connection_->take(xcb_query_tree_reply, xcb_query_tree(connection_->get(), connection_->root()));
-    const auto root =
-        connection_->take(xcb_get_geometry_reply, xcb_get_geometry(connection_->get(), connection_->root()));
-    if (!tree || !root) {
+    if (!tree) {
         return std::nullopt;
     }
     const std::span<const xcb_window_t> children(
@@ -112,9 +115,9 @@ std::optional<xcb_window_t> TopmostKeeper::findObscuring(xcb_window_t window, co
         }
         const PixelRect covered{geometry->x, geometry->y, geometry->width + 2 * geometry->border_width,
                                 geometry->height + 2 * geometry->border_width};
-        const bool coversRoot = covered.x <= 0 && covered.y <= 0 && covered.right() >= root->width &&
-                                covered.bottom() >= root->height && attributes->override_redirect != 0;
-        if (!coversRoot && intersect(covered, frame)) {
+        // Screen lockers cover whole monitors, one by one or all together.
+        const bool mayLock = attributes->override_redirect != 0 && contains(covered, frame);
+        if (!mayLock && intersect(covered, frame)) {
             highest = candidate.window;
         }
     }

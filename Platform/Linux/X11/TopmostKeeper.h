@@ -12,7 +12,7 @@
 namespace tarvex {
 
 /// Keeps a window above those that are shown or raised after it, for as long as it lives. A window that
-/// covers the whole root window, as that of a screen locker, is left on top. Where somebody else insists on
+/// covers all of it, as that of a screen locker, is left on top. Where somebody else insists on
 /// being above as well, it gives in for a while.
 class TopmostKeeper {
 public:

@@ -206,12 +206,12 @@ bool XEventTap::isMotionDue() {
     if (pace_.mainLoop == nullptr || !lastMotion_) {
         return true;
     }
-    const std::chrono::duration<double> remaining =
-        pace_.interval - (std::chrono::steady_clock::now() - *lastMotion_);
-    if (remaining.count() <= 0) {
+    const auto elapsed = std::chrono::steady_clock::now() - *lastMotion_;
+    if (elapsed >= pace_.interval) {
         return true;
     }
     if (!paceTimer_) {
+        const std::chrono::duration<double> remaining = pace_.interval + pace_.patience - elapsed;
         paceTimer_ = pace_.mainLoop->scheduleOnce(remaining.count(), [this] {
             XEventTap& tap = *this;
             tap.lastMotion_.reset();

@@ -20,7 +20,10 @@ namespace tarvex {
 struct MotionPace {
     /// Must outlive the tap; null to hand on every motion as it comes.
     MainLoop* mainLoop = nullptr;
-    std::chrono::microseconds interval{3000};
+    std::chrono::microseconds interval{2900};
+    /// How much longer a motion waits for the next one to take it along, which spares the timer, and with it
+    /// a wake-up, for as long as the mouse keeps moving.
+    std::chrono::microseconds patience{1000};
 };
 
 /// A tap on the raw events of the X server, which arrive whoever holds the pointer or the keyboard. Motion is

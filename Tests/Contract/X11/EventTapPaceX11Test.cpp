@@ -41,7 +41,7 @@ protected:
 
     SimulatedMainLoop loop_;
     XEventTapPlatform paced_{*adapters_.connection, adapters_.pump, adapters_.pointer, SessionKind{},
-                             MotionPace{&loop_, std::chrono::hours(1)}};
+                             MotionPace{&loop_, std::chrono::minutes(59), std::chrono::minutes(1)}};
 };
 
 using Types = std::vector<EventType>;

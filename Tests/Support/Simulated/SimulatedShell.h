@@ -1,0 +1,124 @@
+#pragma once
+
+#include "App/Shell/BundleInformation.h"
+#include "App/Shell/LoginItemPlatform.h"
+#include "App/Toolkit/FormWindow.h"
+#include "App/Toolkit/StatusItem.h"
+#include "Tests/Support/Simulated/Journal.h"
+
+#include <memory>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace tarvex {
+
+/// A titled window of the program.
+struct SimulatedFormWindow {
+    FormWindowAttributes attributes;
+    FormOwner* owner = nullptr;
+    bool isVisible = false;
+    bool isKey = false;
+    int timesCentered = 0;
+    int layouts = 0;
+
+    /// The control of that id as it is shown now. Throws std::out_of_range when there is none.
+    [[nodiscard]] Control control(const std::string& id) const;
+
+    /// Uses a control as a person does: a disabled or hidden one does nothing.
+    void use(const std::string& id, double value = 0) const;
+};
+
+class SimulatedFormWindows final : public FormWindowPlatform {
+public:
+    explicit SimulatedFormWindows(Journal& journal) : journal_(&journal) {}
+
+    [[nodiscard]] std::unique_ptr<FormWindow> makeFormWindow(const FormWindowAttributes& attributes,
+                                                             FormOwner& owner) override;
+
+    void activateIgnoringOtherApps() override { journal_->note("activate"); }
+
+    /// The window of that title. Throws std::out_of_range when there is none.
+    [[nodiscard]] SimulatedFormWindow& titled(const std::string& title);
+
+private:
+    class Window;
+
+    Journal* journal_;
+    std::vector<std::shared_ptr<SimulatedFormWindow>> windows_;
+};
+
+/// The bar of status items.
+class SimulatedStatusBar final : public StatusBarPlatform {
+public:
+    explicit SimulatedStatusBar(Journal& journal) : journal_(&journal) {}
+
+    [[nodiscard]] std::unique_ptr<StatusItem> makeStatusItem(StatusItemDelegate& delegate) override;
+
+    [[nodiscard]] bool hasItem() const { return delegate_ != nullptr; }
+
+    /// How many items there have been.
+    [[nodiscard]] int made() const { return made_; }
+
+    /// Opens the menu and chooses the item of that title, in the menu or in one of its submenus.
+    void choose(const std::string& title);
+
+    std::optional<StatusItemAppearance> appearance;
+    std::optional<Menu> menu;
+
+private:
+    class Item;
+
+    Journal* journal_;
+    StatusItemDelegate* delegate_ = nullptr;
+    int made_ = 0;
+};
+
+/// The system's registry of login items.
+class SimulatedLoginItem final : public LoginItemPlatform {
+public:
+    explicit SimulatedLoginItem(Journal& journal) : journal_(&journal) {}
+
+    [[nodiscard]] bool isBundle() override { return isBundled; }
+
+    [[nodiscard]] LoginItemStatus status() override { return current; }
+
+    void registerMainApplication() override {
+        journal_->note("login item register");
+        refuseIfWanted();
+        current = LoginItemStatus::enabled;
+    }
+
+    void unregisterMainApplication() override {
+        journal_->note("login item unregister");
+        refuseIfWanted();
+        current = LoginItemStatus::notRegistered;
+    }
+
+    bool isBundled = true;
+    bool refuses = false;
+    LoginItemStatus current = LoginItemStatus::notRegistered;
+
+private:
+    void refuseIfWanted() const {
+        if (refuses) {
+            throw std::runtime_error("refused");
+        }
+    }
+
+    Journal* journal_;
+};
+
+/// What the program was packed with.
+class SimulatedBundle final : public BundleInformation {
+public:
+    [[nodiscard]] std::optional<std::string> shortVersionString() override { return stated; }
+
+    [[nodiscard]] std::optional<std::string> versionFileText() override { return packed; }
+
+    std::optional<std::string> stated;
+    std::optional<std::string> packed;
+};
+
+} // namespace tarvex
