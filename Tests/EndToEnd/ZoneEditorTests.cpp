@@ -189,8 +189,7 @@ TEST_P(ZoneEditor, ChangesOfOtherMonitorsLeaveItOpen) {
                         {"right", {640, 0, 640, 1024}, false, false}};
     Desktop& desktop = startEditor(options);
     click(desktop, {500, 512});
-    desktop.monitors.set(
-        {{"left", {0, 0, 640, 1024}, true, true}, {"right", {640, 0, 640, 900}, false, false}});
+    desktop.monitors.remove("right");
     click(desktop, {500, 256});
     desktop.keyboard.tap(key::enter);
     awaitClosed(desktop);
