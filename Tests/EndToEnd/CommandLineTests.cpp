@@ -28,7 +28,8 @@ TEST(CommandLine, HelpGoesToStandardOutput) {
     const Outcome help = run({"--help"});
     EXPECT_EQ(help.status, success);
     EXPECT_TRUE(help.output.starts_with("Usage: tarvex ")) << help.output;
-    for (const char* told : {"--help", "--version", "config.json", "Tarvex.log", "Xwayland"}) {
+    for (const char* told : {"--help", "--version", "--open-editor", "--list-displays", "config.json",
+                             "Tarvex.log", "Xwayland"}) {
         EXPECT_NE(help.output.find(told), std::string::npos) << told;
     }
     EXPECT_EQ(help.error, "");
@@ -51,6 +52,14 @@ TEST(CommandLine, VersionGoesToStandardOutput) {
 TEST(CommandLine, TheFirstOptionDecides) {
     EXPECT_TRUE(run({"--version", "--help"}).output.starts_with("tarvex "));
     EXPECT_EQ(run({"--nonsense", "--help"}).status.code, 2);
+}
+
+TEST(CommandLine, ADisplayIsNamedByItsNumber) {
+    for (const char* name : {"left", "1x", "", "4294967296", "0x1"}) {
+        const Outcome outcome = run({"--open-editor", name});
+        EXPECT_EQ(outcome.status, (ExitStatus{2, std::nullopt})) << name;
+        EXPECT_NE(outcome.error.find("no display number"), std::string::npos) << outcome.error;
+    }
 }
 
 TEST(CommandLine, AnUnknownOptionIsAnErrorOnStandardError) {

@@ -183,6 +183,44 @@ TEST_P(ZoneEditor, MonitorsThatChangeCloseIt) {
     EXPECT_EQ(configText(desktop), before);
 }
 
+TEST_P(ZoneEditor, PanelStaysFree) {
+    DesktopOptions options = withGrid({}, {});
+    options.startsTarvex = false;
+    Desktop& desktop = start(options);
+    TestWindowOptions dock;
+    dock.type = "_NET_WM_WINDOW_TYPE_DOCK";
+    dock.geometry = {0, 0, width, 40};
+    dock.strut = Strut{.top = 40, .topStart = 0, .topEnd = width - 1};
+    dock.backgroundPixel = 0x905030;
+    TestWindow panel(desktop.server.displayName(), dock);
+    open(desktop);
+    EXPECT_EQ(Screenshot(desktop.client).countDifferences(*bare_, {0, 0, width, 40}), 0);
+    EXPECT_NE(Screenshot(desktop.client).pixel({0, 40}), bare_->pixel({0, 40}));
+    click(desktop, {700, 532});
+    desktop.keyboard.tap(key::enter);
+    awaitClosed(desktop);
+    const auto config = nlohmann::json::parse(configText(desktop));
+    ASSERT_EQ(config["grids"].size(), 2U);
+    EXPECT_EQ(config["grids"][1]["horizontalSplits"], nlohmann::json({fraction(532 - 40, height - 40)}));
+}
+
+TEST_P(ZoneEditor, LineDraggedOutOfTheDisplayIsThrownAway) {
+    DesktopOptions options = withGrid({0.25}, {0.5});
+    options.monitors = {{"left", {0, 0, 640, 1024}, true, true},
+                        {"right", {640, 0, 640, 1024}, false, false}};
+    Desktop& desktop = startEditor(options);
+    desktop.pointer.moveTo({160, 300});
+    desktop.pointer.press();
+    desktop.pointer.glideTo({900, 300});
+    desktop.pointer.release();
+    desktop.keyboard.tap(key::enter);
+    awaitClosed(desktop);
+    const auto config = nlohmann::json::parse(configText(desktop));
+    ASSERT_EQ(config["grids"].size(), 2U);
+    EXPECT_EQ(config["grids"][1]["verticalSplits"], nlohmann::json::array());
+    EXPECT_EQ(config["grids"][1]["horizontalSplits"], nlohmann::json({0.5}));
+}
+
 TEST_P(ZoneEditor, ChangesOfOtherMonitorsLeaveItOpen) {
     DesktopOptions options = withGrid({0.25}, {});
     options.monitors = {{"left", {0, 0, 640, 1024}, true, true},

@@ -4,6 +4,8 @@
 
 #include <xcb/xinput.h>
 
+#include <utility>
+
 namespace tarvex {
 
 namespace {
@@ -71,7 +73,8 @@ void XEventTap::stop() {
     }
     subscriptions_ = {};
     isMotionPending_ = false;
-    lastMotion_.reset();
+    isMotionPaused_ = false;
+    isSampleDue_ = false;
     paceTimer_.reset();
     selectInput(XCB_INPUT_DEVICE_ALL_MASTER, 0);
     selectInput(XCB_INPUT_DEVICE_ALL, 0);
@@ -86,7 +89,7 @@ void XEventTap::handleInput(const xcb_generic_event_t& event) {
     }
     switch (generic.event_type) {
     case XCB_INPUT_RAW_MOTION:
-        isMotionPending_ = isButtonDown_;
+        isMotionPending_ = isButtonDown_ && !isMotionPaused_;
         break;
     case XCB_INPUT_RAW_BUTTON_PRESS:
     case XCB_INPUT_RAW_BUTTON_RELEASE: {
@@ -130,19 +133,53 @@ void XEventTap::handleMappingChange(const xcb_generic_event_t& event) {
 }
 
 void XEventTap::handleTurnEnd() {
-    if (!isMotionPending_ || !isMotionDue()) {
+    if (!std::exchange(isSampleDue_, false) && !isMotionPending_) {
         return;
     }
     const bool isReallyDown = takeSnapshot();
     const bool isReleased = isButtonConfirmed_ && !isReallyDown;
     isButtonConfirmed_ = isReallyDown;
+    if (!isMotionPending_ && !isReleased) {
+        resumeMotion();
+        return;
+    }
     // The motion led up to the release: what it passed over counts.
-    if (!deliverPendingMotion() || !isReleased) {
+    if (!deliverPendingMotion()) {
+        return;
+    }
+    if (!isReleased) {
+        pauseMotion();
         return;
     }
     // The release went by unseen, or has only just come in and will find the button up.
     setButtonDown(false);
     static_cast<void>(deliver(EventType::leftMouseUp));
+}
+
+void XEventTap::pauseMotion() {
+    if (pace_.mainLoop == nullptr || !isButtonDown_) {
+        return;
+    }
+    isMotionPaused_ = true;
+    selectInput(XCB_INPUT_DEVICE_ALL_MASTER, buttonEvents);
+    const std::chrono::duration<double> interval = pace_.interval;
+    paceTimer_ = pace_.mainLoop->scheduleOnce(interval.count(), [this] {
+        XEventTap& tap = *this;
+        tap.isSampleDue_ = true;
+        // This ends the action's own life.
+        tap.paceTimer_.reset();
+        tap.pump_->processQueued();
+    });
+}
+
+void XEventTap::resumeMotion() {
+    selectInput(XCB_INPUT_DEVICE_ALL_MASTER, buttonEvents | XCB_INPUT_XI_EVENT_MASK_RAW_MOTION);
+    // What moves between the last look and this one is told of by nobody.
+    static_cast<void>(takeSnapshot());
+    isMotionPaused_ = false;
+    if (isMotionPending_) {
+        handleTurnEnd();
+    }
 }
 
 void XEventTap::handleButton(bool isPress) {
@@ -174,9 +211,9 @@ void XEventTap::handlePress() {
 }
 
 void XEventTap::handleRelease() {
-    // Every motion of a button that was seen to be down is announced: without one, the pointer is still
-    // where it was, and the window can be placed without a wait for a busy server.
-    if (isMotionPending_ || !isButtonConfirmed_) {
+    // Every motion that is listened to is announced: without one, the pointer is still where it was, and the
+    // window can be placed without a wait for a busy server.
+    if (isMotionPending_ || isMotionPaused_ || !isButtonConfirmed_) {
         static_cast<void>(takeSnapshot());
     } else {
         pointer_->noteRelease(XCB_KEY_BUT_MASK_BUTTON_1);
@@ -202,45 +239,25 @@ void XEventTap::handleModifiers(std::uint32_t modifiers) {
     static_cast<void>(deliver(EventType::flagsChanged));
 }
 
-bool XEventTap::isMotionDue() {
-    if (pace_.mainLoop == nullptr || !lastMotion_) {
-        return true;
-    }
-    const auto elapsed = std::chrono::steady_clock::now() - *lastMotion_;
-    if (elapsed >= pace_.interval) {
-        return true;
-    }
-    if (!paceTimer_) {
-        const std::chrono::duration<double> remaining = pace_.interval + pace_.patience - elapsed;
-        paceTimer_ = pace_.mainLoop->scheduleOnce(remaining.count(), [this] {
-            XEventTap& tap = *this;
-            tap.lastMotion_.reset();
-            // This ends the action's own life.
-            tap.paceTimer_.reset();
-            tap.pump_->processQueued();
-        });
-    }
-    return false;
-}
-
 bool XEventTap::takeSnapshot() {
-    return (pointer_->refresh().mask & XCB_KEY_BUT_MASK_BUTTON_1) != 0;
+    const XPointer::Snapshot before = pointer_->snapshot();
+    const XPointer::Snapshot& now = pointer_->refresh();
+    const bool hasMoved = now.x != before.x || now.y != before.y;
+    isMotionPending_ = isMotionPending_ || (isMotionPaused_ && hasMoved);
+    return (now.mask & XCB_KEY_BUT_MASK_BUTTON_1) != 0;
 }
 
 void XEventTap::setButtonDown(bool isDown) {
     isButtonDown_ = isDown;
+    isMotionPaused_ = false;
+    isSampleDue_ = false;
+    paceTimer_.reset();
     selectInput(XCB_INPUT_DEVICE_ALL_MASTER,
                 isDown ? buttonEvents | XCB_INPUT_XI_EVENT_MASK_RAW_MOTION : buttonEvents);
 }
 
 bool XEventTap::deliverPendingMotion() {
-    if (!isMotionPending_) {
-        return true;
-    }
-    isMotionPending_ = false;
-    lastMotion_ = std::chrono::steady_clock::now();
-    paceTimer_.reset();
-    return deliver(EventType::leftMouseDragged);
+    return !std::exchange(isMotionPending_, false) || deliver(EventType::leftMouseDragged);
 }
 
 bool XEventTap::deliver(EventType type) {

@@ -20,16 +20,15 @@ namespace tarvex {
 struct MotionPace {
     /// Must outlive the tap; null to hand on every motion as it comes.
     MainLoop* mainLoop = nullptr;
-    std::chrono::microseconds interval{2900};
-    /// How much longer a motion waits for the next one to take it along, which spares the timer, and with it
-    /// a wake-up, for as long as the mouse keeps moving.
-    std::chrono::microseconds patience{1000};
+    std::chrono::microseconds interval{3000};
 };
 
 /// A tap on the raw events of the X server, which arrive whoever holds the pointer or the keyboard. Motion is
 /// asked for only while the first button is down, so that a moving pointer wakes nobody otherwise; what has
-/// queued up of it is delivered once, at the newest position. The first motion is delivered at once, what
-/// follows at the given pace, and what is still due before any other event.
+/// queued up of it is delivered once, at the newest position. The first motion is delivered at once. Then
+/// nothing is heard of motion for the length of the pace, and after that the pointer itself is asked where it
+/// is, for as long as it keeps moving: a fast mouse wakes the program no more often than a slow one. Every
+/// other event finds the pointer where it is then, with the motion that led there delivered first.
 ///
 /// Modifiers are followed by the server's own notices of its modifier state, in their order among the other
 /// events. A key that is let go while another client holds the keyboard is therefore noticed, and one that is
@@ -64,9 +63,12 @@ private:
     void handleRelease();
     void handleModifiers(std::uint32_t modifiers);
 
-    /// Whether it is time to hand motion on; if not, sees to it that it will be.
-    [[nodiscard]] bool isMotionDue();
-    /// One question to the server; true when it says that the first button is down.
+    /// Stops listening to motion until the timer asks for the pointer.
+    void pauseMotion();
+    /// Listens to motion again; what happened until then is delivered.
+    void resumeMotion();
+    /// One question to the server; true when it says that the first button is down. A pointer that has moved
+    /// while nobody listened leaves motion pending.
     [[nodiscard]] bool takeSnapshot();
     void setButtonDown(bool isDown);
     /// Both give false when the callback destroyed the tap or took it off the run loop.
@@ -96,8 +98,9 @@ private:
     /// another client keeps the pointer frozen.
     bool isButtonConfirmed_ = false;
     bool isMotionPending_ = false;
-    /// None when motion may be handed on at once.
-    std::optional<std::chrono::steady_clock::time_point> lastMotion_;
+    bool isMotionPaused_ = false;
+    /// The pause is over.
+    bool isSampleDue_ = false;
     std::unique_ptr<Timer> paceTimer_;
 };
 
