@@ -29,7 +29,8 @@ void HotkeyRecorder::handleKey(const KeyEvent& event, const RecordedCallback& on
     if (event.keyCode == escapeKey) {
         callback(std::nullopt);
     } else {
-        callback(HotkeyDefinition{event.keyCode, modifierMapper_.toCarbonModifiers(event.modifierFlags)});
+        callback(HotkeyDefinition{event.keyCode,
+                                  modifierMapper_.toCarbonModifiers(KeyModifierFlags{event.modifierFlags})});
     }
     stop();
 }

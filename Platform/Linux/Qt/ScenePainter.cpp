@@ -1,6 +1,7 @@
 #include "Platform/Linux/Qt/ScenePainter.h"
 
 #include "Platform/Linux/Qt/SceneGeometry.h"
+#include "Platform/Linux/X11/SystemPalette.h"
 
 #include <QPainter>
 
@@ -9,9 +10,6 @@
 namespace tarvex {
 
 namespace {
-
-constexpr QRgb systemBlue = 0xFF0A84FF;
-constexpr QRgb systemRed = 0xFFFF453A;
 
 using Pixel = QRgb;
 

@@ -1,5 +1,7 @@
 #include "Platform/Linux/Qt/SystemColors.h"
 
+#include "Platform/Linux/X11/SystemPalette.h"
+
 #include <QGuiApplication>
 #include <QPalette>
 
@@ -10,7 +12,6 @@ namespace tarvex {
 
 namespace {
 
-constexpr std::uint32_t standardBlue = 0x0A84FF;
 /// Below this a highlight is taken for a grey (of 255).
 constexpr int leastSaturation = 60;
 /// Below this it is taken for black.
@@ -31,7 +32,7 @@ std::uint32_t SystemColors::accentColorForHighlight(const QColor& highlight) {
     const bool isUnthemed =
         std::find(unthemedHighlights.begin(), unthemedHighlights.end(), rgb) != unthemedHighlights.end();
     if (isUnthemed || color.hsvSaturation() < leastSaturation || color.value() < leastValue) {
-        return standardBlue;
+        return systemBlue;
     }
     return rgb & RGB_MASK;
 }

@@ -1,5 +1,7 @@
 #include "Platform/Linux/X11/ScenePixels.h"
 
+#include "Platform/Linux/X11/SystemPalette.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -10,7 +12,6 @@ namespace tarvex {
 namespace {
 
 constexpr std::uint32_t whiteRgb = 0xFFFFFF;
-constexpr std::uint32_t systemRed = 0xFF453A;
 /// Without blending, a faint white line would vanish on a light window and glare on a dark one.
 constexpr PixelColor shapedLineColor = 0xFFB4B8BE;
 /// What a see-through fill leaves of itself without blending. A pattern inside would cost more than it shows:
@@ -25,8 +26,9 @@ std::uint32_t rgbOf(const Color& color, std::uint32_t accentColor) {
     case ColorName::white:
         return whiteRgb;
     case ColorName::accent:
-    case ColorName::blue:
         return accentColor & whiteRgb;
+    case ColorName::blue:
+        return systemBlue;
     case ColorName::red:
         return systemRed;
     case ColorName::gray:

@@ -89,7 +89,7 @@ void XEventTap::handleInput(const xcb_generic_event_t& event) {
     }
     switch (generic.event_type) {
     case XCB_INPUT_RAW_MOTION:
-        isMotionPending_ = isButtonDown_ && !isMotionPaused_;
+        isMotionPending_ = isMotionPending_ || (isButtonDown_ && !isMotionPaused_);
         break;
     case XCB_INPUT_RAW_BUTTON_PRESS:
     case XCB_INPUT_RAW_BUTTON_RELEASE: {

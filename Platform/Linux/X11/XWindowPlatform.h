@@ -6,6 +6,7 @@
 #include "Platform/Linux/X11/DesktopLayout.h"
 #include "Platform/Linux/X11/OverlaySurface.h"
 #include "Platform/Linux/X11/OverlayVisual.h"
+#include "Platform/Linux/X11/SystemPalette.h"
 #include "Platform/Linux/X11/XConnection.h"
 #include "Platform/Linux/X11/XEventPump.h"
 
@@ -25,8 +26,7 @@ public:
     /// Gives the system's accent colour, 0xRRGGBB.
     using AccentColor = std::function<std::uint32_t()>;
 
-    /// A blue that can be told from light and dark windows alike.
-    static constexpr std::uint32_t defaultAccentColor = 0x0A84FF;
+    static constexpr std::uint32_t defaultAccentColor = systemBlue;
 
     /// All that is handed in must outlive the platform, and the platform its windows.
     /// @param accentColor asked whenever a picture is drawn
