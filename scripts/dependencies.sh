@@ -4,16 +4,16 @@
 build_packages=(
     build-essential cmake ninja-build pkg-config nlohmann-json3-dev qt6-base-dev libgl-dev
     libxcb1-dev libxcb-xinput-dev libxcb-randr0-dev libxcb-shape0-dev libxcb-xfixes0-dev
-    libxcb-xkb-dev
+    libxcb-xkb-dev libxkbcommon-dev libxkbcommon-x11-dev
 )
 demonstration_packages=(
     libgtest-dev libgmock-dev libxcb-xtest0-dev libxcb-image0-dev libgtk-3-dev
-    xvfb x11-xkb-utils openbox picom xterm xfonts-base fonts-dejavu-core imagemagick dbus-x11
+    xvfb x11-xkb-utils openbox picom xterm xfonts-base fonts-dejavu-core imagemagick dbus-daemon dbus-x11
     gtk-3-examples adwaita-icon-theme librsvg2-common
 )
 test_packages=(
     "${demonstration_packages[@]}"
-    git clang-16 libclang-rt-16-dev clang-format-16 xfwm4
+    git clang-16 libclang-rt-16-dev clang-format-16 xfwm4 i3-wm
 )
 
 as_root() {

@@ -1,7 +1,7 @@
 #include "Platform/Linux/Qt/ScenePainter.h"
 
 #include "Platform/Linux/Qt/SceneGeometry.h"
-#include "Platform/Linux/X11/SystemPalette.h"
+#include "Platform/Linux/X11/SceneColors.h"
 
 #include <QPainter>
 
@@ -99,7 +99,7 @@ private:
         if (!pixels || pixels->isEmpty()) {
             return;
         }
-        const Pixel pixel = qPremultiply(qtColorOf(color, accentColor_).rgba());
+        const Pixel pixel = premultiplied(rgbOf(color, accentColor_), alphaByteOf(color));
         for (const QRect& part : *region_) {
             const QRect filled = part & *pixels;
             if (!filled.isEmpty()) {
@@ -128,33 +128,7 @@ private:
 } // namespace
 
 QColor qtColorOf(const Color& color, std::uint32_t accentColor) {
-    QColor result(Qt::transparent);
-    switch (color.name) {
-    case ColorName::clear:
-        return result;
-    case ColorName::white:
-        result = QColor(Qt::white);
-        break;
-    case ColorName::black:
-        result = QColor(Qt::black);
-        break;
-    case ColorName::gray: {
-        const float lightness = static_cast<float>(std::clamp(color.lightness, 0.0, 1.0));
-        result = QColor::fromRgbF(lightness, lightness, lightness);
-        break;
-    }
-    case ColorName::accent:
-        result = QColor::fromRgb(accentColor | 0xFF000000U);
-        break;
-    case ColorName::blue:
-        result = QColor::fromRgb(systemBlue);
-        break;
-    case ColorName::red:
-        result = QColor::fromRgb(systemRed);
-        break;
-    }
-    result.setAlphaF(static_cast<float>(std::clamp(color.alpha, 0.0, 1.0)));
-    return result;
+    return QColor::fromRgba(alphaByteOf(color) << 24U | rgbOf(color, accentColor));
 }
 
 void ScenePainter::paint(QImage& image, const Scene& scene, const QRegion& region,

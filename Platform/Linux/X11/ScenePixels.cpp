@@ -1,7 +1,5 @@
 #include "Platform/Linux/X11/ScenePixels.h"
 
-#include "Platform/Linux/X11/SystemPalette.h"
-
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -11,7 +9,6 @@ namespace tarvex {
 
 namespace {
 
-constexpr std::uint32_t whiteRgb = 0xFFFFFF;
 /// Without blending, a faint white line would vanish on a light window and glare on a dark one.
 constexpr PixelColor shapedLineColor = 0xFFB4B8BE;
 /// What a see-through fill leaves of itself without blending. A pattern inside would cost more than it shows:
@@ -20,39 +17,6 @@ constexpr PixelColor shapedLineColor = 0xFFB4B8BE;
 constexpr int shapedFillBorder = 10;
 /// How far past the view's edges coordinates are followed, in points: far enough for every visible line.
 constexpr double reach = 4096;
-
-std::uint32_t rgbOf(const Color& color, std::uint32_t accentColor) {
-    switch (color.name) {
-    case ColorName::white:
-        return whiteRgb;
-    case ColorName::accent:
-        return accentColor & whiteRgb;
-    case ColorName::blue:
-        return systemBlue;
-    case ColorName::red:
-        return systemRed;
-    case ColorName::gray:
-        return static_cast<std::uint32_t>(std::lround(std::clamp(color.lightness, 0.0, 1.0) * 255)) *
-               0x010101;
-    case ColorName::clear:
-    case ColorName::black:
-        break;
-    }
-    return 0;
-}
-
-std::uint32_t alphaByte(const Color& color) {
-    const double alpha = color.name == ColorName::clear || std::isnan(color.alpha) ? 0 : color.alpha;
-    return static_cast<std::uint32_t>(std::lround(std::clamp(alpha, 0.0, 1.0) * 255));
-}
-
-PixelColor premultiplied(std::uint32_t rgb, std::uint32_t alpha) {
-    PixelColor result = alpha << 24U;
-    for (const unsigned shift : {0U, 8U, 16U}) {
-        result |= ((rgb >> shift & 0xFFU) * alpha + 127) / 255 << shift;
-    }
-    return result;
-}
 
 /// Turns the primitives of one scene into fills.
 class FillBuilder {
@@ -64,7 +28,7 @@ public:
 
     void operator()(const FillRect& fill) {
         const std::optional<PixelRect> rect = pixelsOf(fill.rect);
-        const std::uint32_t alpha = alphaByte(fill.color);
+        const std::uint32_t alpha = alphaByteOf(fill.color);
         if (!rect || alpha == 0) {
             return;
         }
@@ -78,7 +42,7 @@ public:
 
     void operator()(const StrokeRect& stroke) {
         const std::optional<PixelRect> rect = pixelsOf(stroke.rect);
-        const std::uint32_t alpha = alphaByte(stroke.color);
+        const std::uint32_t alpha = alphaByteOf(stroke.color);
         if (!rect || alpha == 0 || !(stroke.lineWidth > 0)) {
             return;
         }

@@ -2,14 +2,12 @@
 
 #include "App/Toolkit/Scene.h"
 #include "Platform/Linux/X11/DesktopLayout.h"
+#include "Platform/Linux/X11/SceneColors.h"
 
 #include <cstdint>
 #include <vector>
 
 namespace tarvex {
-
-/// A premultiplied colour, 0xAARRGGBB. 0 is see-through.
-using PixelColor = std::uint32_t;
 
 /// A rectangle of pixels in one colour, in window coordinates.
 struct PixelFill {

@@ -85,6 +85,22 @@ TEST_P(ViewWindowKeyboard, ComesBackWithAPress) {
     EXPECT_TRUE(adapters_.waitUntil([&] { return focusedWindow(client_) == native(); }));
 }
 
+TEST_P(ViewWindowKeyboard, GoesBackToTheLatestHolder) {
+    open();
+    test::TestWindow later(server_.displayName());
+    activate(later);
+    adapters_.catchUp();
+    test::Pointer pointer(server_.displayName());
+    pointer.moveTo({600, 500});
+    pointer.press();
+    pointer.release();
+    ASSERT_TRUE(adapters_.waitUntil([&] { return focusedWindow(client_) == native(); }));
+    window_.reset();
+    adapters_.catchUp();
+    windowManager_.barrier();
+    EXPECT_EQ(focusedWindow(client_), later.id());
+}
+
 TEST_P(ViewWindowKeyboard, FormerHolderMayBeGone) {
     open();
     other_.reset();
@@ -109,7 +125,8 @@ TEST_P(ViewWindowKeyboard, StaysAboveAWindowThatIsManagedLater) {
 }
 
 INSTANTIATE_TEST_SUITE_P(WindowManagers, ViewWindowKeyboard,
-                         ::testing::Values(test::WindowManagerKind::openbox, test::WindowManagerKind::xfwm4),
+                         ::testing::Values(test::WindowManagerKind::openbox, test::WindowManagerKind::xfwm4,
+                                           test::WindowManagerKind::xfwm4Strict),
                          [](const auto& info) { return nameOf(info.param); });
 
 } // namespace

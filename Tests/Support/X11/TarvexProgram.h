@@ -24,6 +24,9 @@ public:
     /// Starts it without waiting.
     void launch(const std::vector<std::string>& arguments = {});
 
+    /// Changes an environment variable for starts from now on.
+    void setVariable(const std::string& name, const std::string& value) { environment_[name] = value; }
+
     /// Where it looks for its settings. The folder exists.
     [[nodiscard]] std::filesystem::path configPath() const;
 

@@ -30,20 +30,41 @@ constexpr const char* openboxConfiguration = R"(<?xml version="1.0" encoding="UT
 
 // Kept in the window manager's own settings file so that its start needs no settings daemon on the user's
 // bus.
-constexpr const char* xfwm4Configuration = R"(<?xml version="1.0" encoding="UTF-8"?>
+std::string xfwm4Configuration(bool preventsFocusStealing) {
+    return std::string(R"(<?xml version="1.0" encoding="UTF-8"?>
 <channel name="xfwm4" version="1.0">
   <property name="general" type="empty">
     <property name="workspace_count" type="int" value="1"/>
     <property name="wrap_windows" type="bool" value="false"/>
     <property name="use_compositing" type="bool" value="false"/>
+    <property name="prevent_focus_stealing" type="bool" value=")") +
+           (preventsFocusStealing ? "true" : "false") + R"("/>
   </property>
 </channel>
+)";
+}
+
+// Without bindings of its own and without a bar.
+constexpr const char* i3Configuration = R"(# i3 config file (v4)
+font pango:DejaVu Sans 8
+focus_follows_mouse no
+default_border normal
 )";
 
 } // namespace
 
 std::string nameOf(WindowManagerKind kind) {
-    return kind == WindowManagerKind::openbox ? "openbox" : "xfwm4";
+    switch (kind) {
+    case WindowManagerKind::openbox:
+        return "openbox";
+    case WindowManagerKind::xfwm4:
+        return "xfwm4";
+    case WindowManagerKind::xfwm4Strict:
+        return "xfwm4Strict";
+    case WindowManagerKind::i3:
+        break;
+    }
+    return "i3";
 }
 
 WindowManager::WindowManager(const XServer& server, WindowManagerKind kind)
@@ -102,12 +123,23 @@ Command WindowManager::makeCommand() const {
     Command command;
     command.environment = server_->clientEnvironment(nameOf(kind_));
     const std::string folder = nameOf(kind_) + "/config";
-    if (kind_ == WindowManagerKind::openbox) {
+    switch (kind_) {
+    case WindowManagerKind::openbox: {
         const auto file = server_->scratch().write(folder + "/rc.xml", openboxConfiguration);
         command.arguments = {"openbox", "--sm-disable", "--config-file", file.string()};
-    } else {
-        server_->scratch().write(folder + "/xfce4/xfconf/xfce-perchannel-xml/xfwm4.xml", xfwm4Configuration);
+        break;
+    }
+    case WindowManagerKind::xfwm4:
+    case WindowManagerKind::xfwm4Strict:
+        server_->scratch().write(folder + "/xfce4/xfconf/xfce-perchannel-xml/xfwm4.xml",
+                                 xfwm4Configuration(kind_ == WindowManagerKind::xfwm4Strict));
         command.arguments = {"dbus-run-session", "--", "xfwm4", "--compositor=off"};
+        break;
+    case WindowManagerKind::i3: {
+        const auto file = server_->scratch().write(folder + "/i3", i3Configuration);
+        command.arguments = {"i3", "-c", file.string()};
+        break;
+    }
     }
     return command;
 }

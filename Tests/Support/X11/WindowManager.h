@@ -9,7 +9,14 @@
 
 namespace tarvex::test {
 
-enum class WindowManagerKind { openbox, xfwm4 };
+enum class WindowManagerKind {
+    openbox,
+    xfwm4,
+    /// xfwm4 that denies the keyboard to windows which nobody asked for.
+    xfwm4Strict,
+    /// Tiles all windows.
+    i3,
+};
 
 /// Such as "openbox"; fit for the name of a test.
 [[nodiscard]] std::string nameOf(WindowManagerKind kind);
