@@ -23,47 +23,40 @@ PreferencesController::PreferencesController(std::shared_ptr<ConfigStore> config
                                              NotificationCenter& notifications)
     : configStore_(std::move(configStore)), notifications_(&notifications) {}
 
-TarvexConfigRef PreferencesController::loadConfigOrDefault() const {
-    try {
-        return configStore_->loadConfig();
-    } catch (const std::exception&) {
-        // The store has logged what was wrong.
-        return TarvexConfig::makeDefault();
-    }
-}
-
 double PreferencesController::getCellMarginPoints() const {
-    return loadConfigOrDefault()->cellMarginPoints();
+    return loadConfigOrDefault(*configStore_)->cellMarginPoints();
 }
 
 std::optional<HotkeyDefinition> PreferencesController::getOpenEditorHotkey() const {
-    return loadConfigOrDefault()->openEditorHotkey();
+    return loadConfigOrDefault(*configStore_)->openEditorHotkey();
 }
 
 std::optional<HotkeyDefinition> PreferencesController::getOpenPreferencesHotkey() const {
-    return loadConfigOrDefault()->openPreferencesHotkey();
+    return loadConfigOrDefault(*configStore_)->openPreferencesHotkey();
 }
 
 std::uint32_t PreferencesController::getSingleSnapModifiers() const {
-    return effective(*loadConfigOrDefault(), &TarvexConfig::singleSnapModifiers, ModifierDefinition{0})
+    return effective(*loadConfigOrDefault(*configStore_), &TarvexConfig::singleSnapModifiers,
+                     ModifierDefinition{0})
         .modifiers;
 }
 
 std::uint32_t PreferencesController::getMultiSnapModifiers() const {
-    return effective(*loadConfigOrDefault(), &TarvexConfig::multiSnapModifiers, ModifierDefinition{0})
+    return effective(*loadConfigOrDefault(*configStore_), &TarvexConfig::multiSnapModifiers,
+                     ModifierDefinition{0})
         .modifiers;
 }
 
 bool PreferencesController::getLaunchAtLogin() const {
-    return effective(*loadConfigOrDefault(), &TarvexConfig::launchAtLogin, false);
+    return effective(*loadConfigOrDefault(*configStore_), &TarvexConfig::launchAtLogin, false);
 }
 
 bool PreferencesController::getHideMenuBarIcon() const {
-    return effective(*loadConfigOrDefault(), &TarvexConfig::hideMenuBarIcon, false);
+    return effective(*loadConfigOrDefault(*configStore_), &TarvexConfig::hideMenuBarIcon, false);
 }
 
 bool PreferencesController::getRestoreWindowSizeOnUnsnap() const {
-    return effective(*loadConfigOrDefault(), &TarvexConfig::restoreWindowSizeOnUnsnap, true);
+    return effective(*loadConfigOrDefault(*configStore_), &TarvexConfig::restoreWindowSizeOnUnsnap, true);
 }
 
 void PreferencesController::setCellMarginPoints(double points) {
@@ -113,7 +106,7 @@ void PreferencesController::setRestoreWindowSizeOnUnsnap(bool isOn) {
 }
 
 void PreferencesController::save(const std::function<void(TarvexConfigFields&)>& change) {
-    TarvexConfigFields fields = loadConfigOrDefault()->fields();
+    TarvexConfigFields fields = loadConfigOrDefault(*configStore_)->fields();
     change(fields);
     try {
         configStore_->saveConfig(TarvexConfig(std::move(fields)));

@@ -18,9 +18,6 @@ public:
     /// The notification centre must outlive the controller.
     PreferencesController(std::shared_ptr<ConfigStore> configStore, NotificationCenter& notifications);
 
-    /// The settings as they are now.
-    [[nodiscard]] TarvexConfigRef loadConfigOrDefault() const;
-
     [[nodiscard]] double getCellMarginPoints() const;
     [[nodiscard]] std::optional<HotkeyDefinition> getOpenEditorHotkey() const;
     [[nodiscard]] std::optional<HotkeyDefinition> getOpenPreferencesHotkey() const;

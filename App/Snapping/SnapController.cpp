@@ -2,7 +2,6 @@
 
 #include "App/Snapping/RectDescription.h"
 
-#include <exception>
 #include <string>
 #include <utility>
 
@@ -100,7 +99,7 @@ void SnapController::handleMouseDown() {
 }
 
 void SnapController::updateOverlayState(Point point, const TapEvent& event) {
-    const TarvexConfigRef config = loadConfigOrDefault();
+    const TarvexConfigRef config = loadConfigOrDefault(*services_.configStore);
     const std::uint32_t modifiers = modifierMapper_.toCarbonModifiers(event.flags);
     activeModifiers_ = modifiers;
     if (!matches(modifiers, *config)) {
@@ -126,7 +125,7 @@ void SnapController::handleMouseDragged(const TapEvent& event) {
     }
     const std::uint32_t modifiers = modifierMapper_.toCarbonModifiers(event.flags);
     activeModifiers_ = modifiers;
-    const TarvexConfigRef config = loadConfigOrDefault();
+    const TarvexConfigRef config = loadConfigOrDefault(*services_.configStore);
     if (matches(modifiers, *config) && !hasLoggedSnapDrag_) {
         platform_.fileLog.log("SnapController.snapDragStart modifiers=" + std::to_string(modifiers) +
                               " mode=" + std::string(modeName(modifiers, *config)));
@@ -136,7 +135,7 @@ void SnapController::handleMouseDragged(const TapEvent& event) {
 }
 
 void SnapController::updateSelection(Point point, std::uint32_t modifiers) {
-    const TarvexConfigRef config = loadConfigOrNone();
+    const TarvexConfigRef config = loadConfigOrNone(*services_.configStore);
     if (!config) {
         return;
     }
@@ -179,7 +178,7 @@ void SnapController::snap(Point point) {
         platform_.log.systemLog("SnapController.snapAndHide: activeWindow=nil");
         return;
     }
-    const TarvexConfigRef config = loadConfigOrNone();
+    const TarvexConfigRef config = loadConfigOrNone(*services_.configStore);
     if (!config) {
         platform_.log.systemLog("SnapController.snapAndHide: failed to load config");
         return;
@@ -240,20 +239,6 @@ void SnapController::resetState() {
     originalWindowFrame_.reset();
     hasLoggedSnapDrag_ = false;
     hasLoggedTooManyZones_ = false;
-}
-
-TarvexConfigRef SnapController::loadConfigOrDefault() {
-    TarvexConfigRef config = loadConfigOrNone();
-    return config ? config : TarvexConfig::makeDefault();
-}
-
-TarvexConfigRef SnapController::loadConfigOrNone() {
-    try {
-        return services_.configStore->loadConfig();
-    } catch (const std::exception&) {
-        // The store has logged what was wrong.
-        return nullptr;
-    }
 }
 
 } // namespace tarvex

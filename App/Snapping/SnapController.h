@@ -119,8 +119,6 @@ private:
     void resetState();
     void moveWindow(const AccessibilityElementRef& window, const Rect& frame);
 
-    [[nodiscard]] TarvexConfigRef loadConfigOrDefault();
-    [[nodiscard]] TarvexConfigRef loadConfigOrNone();
     [[nodiscard]] static bool matches(std::uint32_t modifiers, const TarvexConfig& config);
     [[nodiscard]] static bool isMulti(std::uint32_t modifiers, const TarvexConfig& config);
     [[nodiscard]] static std::string_view modeName(std::uint32_t modifiers, const TarvexConfig& config);

@@ -36,7 +36,7 @@ void GridEditorController::showEditor(std::uint32_t displayId) {
         platform_.log.systemLog("No visible frame");
         return;
     }
-    const TarvexConfigRef config = loadConfigOrDefault();
+    const TarvexConfigRef config = loadConfigOrDefault(*configStore_);
     const std::string stableId = displayService_->getIdentifier(displayId).stableId();
     closeAllOverlays();
     openOverlay(config, *visibleFrame, stableId);
@@ -87,15 +87,6 @@ std::optional<Rect> GridEditorController::visibleFrameFor(std::uint32_t displayI
     }
     const std::optional<Screen> screen = platform_.screens.mainScreen();
     return screen ? std::optional(screen->visibleFrame) : std::nullopt;
-}
-
-TarvexConfigRef GridEditorController::loadConfigOrDefault() {
-    try {
-        return configStore_->loadConfig();
-    } catch (const std::exception&) {
-        // The store has logged what was wrong.
-        return TarvexConfig::makeDefault();
-    }
 }
 
 void GridEditorController::save(const TarvexConfig& config) {

@@ -54,7 +54,6 @@ private:
 
     [[nodiscard]] std::optional<std::uint32_t> getMainDisplayId();
     [[nodiscard]] std::optional<Rect> visibleFrameFor(std::uint32_t displayId);
-    [[nodiscard]] TarvexConfigRef loadConfigOrDefault();
     [[nodiscard]] static GridDefinitionRef getOrCreateDisplayGrid(const TarvexConfig& config,
                                                                   const std::string& displayStableId);
     [[nodiscard]] static GridDefinitionRef findGrid(const TarvexConfig& config, const std::string& gridId);

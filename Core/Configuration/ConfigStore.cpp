@@ -68,4 +68,17 @@ std::string ConfigStore::encodeConfig(const TarvexConfig& config) {
     return loggingFailure(logger_, "Failed to encode config: ", [&] { return encodeTarvexConfig(config); });
 }
 
+TarvexConfigRef loadConfigOrNone(ConfigStore& store) {
+    try {
+        return store.loadConfig();
+    } catch (const std::exception&) {
+        return nullptr;
+    }
+}
+
+TarvexConfigRef loadConfigOrDefault(ConfigStore& store) {
+    TarvexConfigRef config = loadConfigOrNone(store);
+    return config ? config : TarvexConfig::makeDefault();
+}
+
 } // namespace tarvex

@@ -35,4 +35,10 @@ private:
     FileManager* fileManager_;
 };
 
+/// The saved settings; null when they cannot be read, which the store has logged.
+[[nodiscard]] TarvexConfigRef loadConfigOrNone(ConfigStore& store);
+
+/// The same, and the defaults when they cannot be read.
+[[nodiscard]] TarvexConfigRef loadConfigOrDefault(ConfigStore& store);
+
 } // namespace tarvex
