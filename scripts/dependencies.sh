@@ -13,7 +13,7 @@ demonstration_packages=(
 )
 test_packages=(
     "${demonstration_packages[@]}"
-    git clang-16 libclang-rt-16-dev clang-format-16 xfwm4 i3-wm
+    git clang-16 libclang-rt-16-dev clang-format-16 xfwm4 i3-wm desktop-file-utils groff-base dpkg-dev file trayer
 )
 
 as_root() {

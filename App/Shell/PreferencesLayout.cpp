@@ -80,14 +80,17 @@ void PreferencesViewController::configureLabels() {
 
 void PreferencesViewController::configureCheckboxes() {
     const ModifierNames& names = modifierNames_;
-    configureBox(singleCmdCheckbox_, "singleCmdCheckbox", "\u2318", names.command);
-    configureBox(singleShiftCheckbox_, "singleShiftCheckbox", "\u21E7", names.shift);
-    configureBox(singleOptionCheckbox_, "singleOptionCheckbox", "\u2325", names.option);
-    configureBox(singleControlCheckbox_, "singleControlCheckbox", "\u2303", names.control);
-    configureBox(multiCmdCheckbox_, "multiCmdCheckbox", "\u2318", names.command);
-    configureBox(multiShiftCheckbox_, "multiShiftCheckbox", "\u21E7", names.shift);
-    configureBox(multiOptionCheckbox_, "multiOptionCheckbox", "\u2325", names.option);
-    configureBox(multiControlCheckbox_, "multiControlCheckbox", "\u2303", names.control);
+    // The boxes of both rows show the same symbols; whoever hears them one by one needs to be told the row.
+    const std::string single = " (single-zone snap)";
+    const std::string multi = " (multi-zone snap)";
+    configureBox(singleCmdCheckbox_, "singleCmdCheckbox", "\u2318", names.command + single);
+    configureBox(singleShiftCheckbox_, "singleShiftCheckbox", "\u21E7", names.shift + single);
+    configureBox(singleOptionCheckbox_, "singleOptionCheckbox", "\u2325", names.option + single);
+    configureBox(singleControlCheckbox_, "singleControlCheckbox", "\u2303", names.control + single);
+    configureBox(multiCmdCheckbox_, "multiCmdCheckbox", "\u2318", names.command + multi);
+    configureBox(multiShiftCheckbox_, "multiShiftCheckbox", "\u21E7", names.shift + multi);
+    configureBox(multiOptionCheckbox_, "multiOptionCheckbox", "\u2325", names.option + multi);
+    configureBox(multiControlCheckbox_, "multiControlCheckbox", "\u2303", names.control + multi);
     configureBox(launchAtLoginCheckbox_, "launchAtLoginCheckbox", "Launch at login", "");
     configureBox(hideMenuBarIconCheckbox_, "hideMenuBarIconCheckbox", "Hide menu bar icon", "");
     configureBox(restoreWindowSizeOnUnsnapCheckbox_, "restoreWindowSizeOnUnsnapCheckbox",

@@ -20,9 +20,14 @@ button puts the window back.
 
 Options:
   --open-editor [NUMBER]   open the zone editor, on the display of that number
+  --open-preferences       open the preferences
+  --quit                   end the instance that runs
   --list-displays          print each display's number and title, and exit
   --help                   show this help and exit
   --version                show the version and exit
+
+One instance runs per session. A second start hands its option over to the first and
+exits; without an option it opens the preferences.
 
 Files:
   $XDG_CONFIG_HOME/Tarvex/config.json        settings, read afresh on every use
@@ -40,7 +45,31 @@ std::optional<std::uint32_t> displayNumber(const std::string& text) {
     return error == std::errc() && rest == end ? std::optional(number) : std::nullopt;
 }
 
+// What the option sets; null for an unknown one.
+bool* flagOf(const std::string& option, CommandLine& commandLine) {
+    if (option == "--open-editor") {
+        return &commandLine.opensEditor;
+    }
+    if (option == "--open-preferences") {
+        return &commandLine.opensPreferences;
+    }
+    if (option == "--quit") {
+        return &commandLine.quits;
+    }
+    return option == "--list-displays" ? &commandLine.listsDisplays : nullptr;
+}
+
 } // namespace
+
+InstanceRequest CommandLine::request() const {
+    if (opensEditor) {
+        return {InstanceRequestKind::openEditor, editorDisplay};
+    }
+    if (opensPreferences) {
+        return {InstanceRequestKind::openPreferences, std::nullopt};
+    }
+    return {quits ? InstanceRequestKind::quit : InstanceRequestKind::none, std::nullopt};
+}
 
 CommandLine parseCommandLine(const std::vector<std::string>& arguments, const std::string& version) {
     CommandLine result;
@@ -48,6 +77,7 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments, const st
         result.exit = CommandLineExit{code, text};
         return result;
     };
+    std::string task;
     for (std::size_t index = 0; index < arguments.size(); ++index) {
         const std::string& argument = arguments[index];
         if (argument == "--help" || argument == "-h") {
@@ -56,17 +86,21 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments, const st
         if (argument == "--version") {
             return exitWith(0, "tarvex " + version + "\n");
         }
-        if (argument == "--list-displays") {
-            result.listsDisplays = true;
-        } else if (argument == "--open-editor") {
-            result.opensEditor = true;
-            const bool hasValue = index + 1 < arguments.size() && !arguments[index + 1].starts_with('-');
-            if (hasValue && !(result.editorDisplay = displayNumber(arguments[++index]))) {
-                return exitWith(usageError, "tarvex: '" + arguments[index] +
-                                                "' is no display number\nTry 'tarvex --list-displays'.\n");
-            }
-        } else {
+        bool* const flag = flagOf(argument, result);
+        if (flag == nullptr) {
             return exitWith(usageError, "tarvex: unknown option '" + argument + "'\nTry 'tarvex --help'.\n");
+        }
+        if (!task.empty() && task != argument) {
+            return exitWith(usageError, "tarvex: '" + task + "' and '" + argument +
+                                            "' cannot be combined\nTry 'tarvex --help'.\n");
+        }
+        task = argument;
+        *flag = true;
+        const bool takesValue = argument == "--open-editor";
+        const bool hasValue = index + 1 < arguments.size() && !arguments[index + 1].starts_with('-');
+        if (takesValue && hasValue && !(result.editorDisplay = displayNumber(arguments[++index]))) {
+            return exitWith(usageError, "tarvex: '" + arguments[index] +
+                                            "' is no display number\nTry 'tarvex --list-displays'.\n");
         }
     }
     return result;

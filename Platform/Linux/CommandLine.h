@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Platform/Linux/InstanceRequest.h"
+
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -24,9 +26,17 @@ struct CommandLine {
     bool opensEditor = false;
     /// on the display of that number; on the main one without.
     std::optional<std::uint32_t> editorDisplay;
+    /// Open the preferences once the program runs.
+    bool opensPreferences = false;
+    /// End the instance that runs.
+    bool quits = false;
+
+    /// What is asked of the instance that runs.
+    [[nodiscard]] InstanceRequest request() const;
 };
 
-/// Reads the arguments, the program's own name left out.
+/// Reads the arguments, the program's own name left out. Of --open-editor, --open-preferences, --quit and
+/// --list-displays one can be had at a time.
 [[nodiscard]] CommandLine parseCommandLine(const std::vector<std::string>& arguments,
                                            const std::string& version);
 

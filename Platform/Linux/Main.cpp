@@ -1,25 +1,37 @@
 #include "App/Logging/FileLogger.h"
-#include "App/Snapping/SnapController.h"
-#include "App/ZoneEditor/GridEditorController.h"
+#include "App/Shell/AppDelegate.h"
 #include "Platform/Linux/CommandLine.h"
+#include "Platform/Linux/Installation.h"
+#include "Platform/Linux/InstalledBundle.h"
+#include "Platform/Linux/Qt/ApplicationIcon.h"
+#include "Platform/Linux/Qt/QtFormWindowPlatform.h"
+#include "Platform/Linux/Qt/QtKeyMonitor.h"
 #include "Platform/Linux/Qt/QtKeyWindow.h"
 #include "Platform/Linux/Qt/QtMainLoop.h"
 #include "Platform/Linux/Qt/QtSignals.h"
+#include "Platform/Linux/Qt/QtStatusBar.h"
+#include "Platform/Linux/Qt/QtText.h"
 #include "Platform/Linux/Qt/QtTextMeasurer.h"
 #include "Platform/Linux/Qt/QtXEventSource.h"
 #include "Platform/Linux/Qt/SystemColors.h"
 #include "Platform/Linux/Qt/XViewWindowPlatform.h"
+#include "Platform/Linux/SessionBusAddress.h"
+#include "Platform/Linux/SingleInstance.h"
 #include "Platform/Linux/StandardErrorLog.h"
 #include "Platform/Linux/X11/StrutTracker.h"
 #include "Platform/Linux/X11/XAccessibilityPlatform.h"
 #include "Platform/Linux/X11/XDisplayPlatform.h"
 #include "Platform/Linux/X11/XEventTapPlatform.h"
+#include "Platform/Linux/X11/XHotkeyPlatform.h"
+#include "Platform/Linux/X11/XKeyboardLayout.h"
 #include "Platform/Linux/X11/XScreenPlatform.h"
 #include "Platform/Linux/X11/XWindowPlatform.h"
 #include "Platform/Linux/XdgDirectories.h"
+#include "Platform/Linux/XdgLoginItem.h"
 #include "Platform/Posix/PosixFileManager.h"
 
 #include <QApplication>
+#include <QSessionManager>
 
 #include <cinttypes>
 #include <clocale>
@@ -50,11 +62,19 @@ public:
           windows(connection, pump, monitors, &SystemColors::accentColor, &log),
           textMeasurer(fonts),
           viewWindows(connection, pump, monitors, fonts, &SystemColors::accentColor, &log),
+          formWindows({connection, pump, monitors, screens, pointer, fonts}),
+          hotkeys(connection, pump),
+          keyboardLayout(connection, pump, &QtText::upperCased),
+          keyMonitors(connection, pump),
+          statusBar(connection, pump, SessionBusAddress::find()),
           eventSource(pump),
-          files(XdgDirectories::configHome()) {}
+          files(XdgDirectories::configHome()),
+          loginItem(files, XdgLoginItem::Places::standard()),
+          bundle(TARVEX_VERSION, Installation::prefixOf(Installation::executablePath(), files), files) {}
 
     StandardErrorLog log;
     QtMainLoop mainLoop;
+    NotificationCenter notifications;
     XEventPump pump;
     MonitorTracker monitors;
     StrutTracker struts;
@@ -68,8 +88,15 @@ public:
     QtFonts fonts;
     QtTextMeasurer textMeasurer;
     XViewWindowPlatform viewWindows;
+    QtFormWindowPlatform formWindows;
+    XHotkeyPlatform hotkeys;
+    XKeyboardLayout keyboardLayout;
+    QtKeyMonitor keyMonitors;
+    QtStatusBar statusBar;
     QtXEventSource eventSource;
     PosixFileManager files;
+    XdgLoginItem loginItem;
+    InstalledBundle bundle;
 
 private:
     // The toolkit talks to the server over a connection of its own.
@@ -80,46 +107,44 @@ private:
     }
 };
 
-std::shared_ptr<ConfigStore> makeConfigStore(Desktop& desktop) {
-    return std::make_shared<ConfigStore>(LoggerFactory(desktop.log).makeLogger("ConfigStore"), desktop.files);
-}
-
 std::shared_ptr<DisplayService> makeDisplayService(Desktop& desktop) {
     return std::make_shared<DisplayService>(LoggerFactory(desktop.log).makeLogger("DisplayService"),
                                             desktop.displays, desktop.screens);
 }
 
 std::shared_ptr<GridEditorController> makeGridEditorController(Desktop& desktop) {
-    return std::make_shared<GridEditorController>(makeConfigStore(desktop), makeDisplayService(desktop),
-                                                  std::make_shared<DisplayFrameService>(desktop.screens),
-                                                  GridEditorPlatform{desktop.screens, desktop.viewWindows,
-                                                                     desktop.mainLoop, desktop.textMeasurer,
-                                                                     desktop.log});
+    const auto configStore =
+        std::make_shared<ConfigStore>(LoggerFactory(desktop.log).makeLogger("ConfigStore"), desktop.files);
+    const auto displayService = makeDisplayService(desktop);
+    return std::make_shared<GridEditorController>(
+        configStore, displayService, std::make_shared<DisplayFrameService>(desktop.screens),
+        GridEditorPlatform{desktop.screens, desktop.viewWindows, desktop.mainLoop, desktop.textMeasurer,
+                           desktop.log});
 }
 
-std::unique_ptr<SnapController> makeSnapController(Desktop& desktop,
-                                                   std::shared_ptr<GridEditorController> gridEditor) {
-    const GridSplitNormalizer splitNormalizer(GridSplitNormalizer::standardEpsilon);
-    SnapServices services{
-        .preferencesController = nullptr,
-        .gridEditorController = std::move(gridEditor),
-        .configStore = makeConfigStore(desktop),
-        .displayService = makeDisplayService(desktop),
-        .displayFrameService = std::make_shared<DisplayFrameService>(desktop.screens),
-        .accessibilityService =
-            std::make_shared<AccessibilityService>(desktop.accessibility, desktop.screens, desktop.log),
-        .eventTapManager = EventTapManager::make(desktop.eventTap, desktop.mainLoop, desktop.log),
-        .coordinateTransformer = CoordinateTransformer(),
-        .gridCalculator = GridCalculator(splitNormalizer),
-        .cellFrameCalculator = CellFrameCalculator(CoordinateTransformer()),
-        .gridHitTester = GridHitTester()};
-    const SnapPlatform platform{.screens = desktop.screens,
-                                .pointer = desktop.pointer,
-                                .windows = desktop.windows,
-                                .keyWindow = desktop.keyWindow,
-                                .log = desktop.log,
-                                .fileLog = FileLogger::shared()};
-    return std::make_unique<SnapController>(std::move(services), platform);
+ApplicationPlatform makeApplicationPlatform(Desktop& desktop) {
+    return {.files = desktop.files,
+            .log = desktop.log,
+            .fileLog = FileLogger::shared(),
+            .mainLoop = desktop.mainLoop,
+            .notifications = desktop.notifications,
+            .displays = desktop.displays,
+            .screens = desktop.screens,
+            .accessibility = desktop.accessibility,
+            .eventTap = desktop.eventTap,
+            .pointer = desktop.pointer,
+            .windows = desktop.windows,
+            .keyWindow = desktop.keyWindow,
+            .formWindows = desktop.formWindows,
+            .textMeasurer = desktop.textMeasurer,
+            .statusBar = desktop.statusBar,
+            .hotkeys = desktop.hotkeys,
+            .keyMonitors = desktop.keyMonitors,
+            .keyboardLayout = desktop.keyboardLayout,
+            .loginItem = desktop.loginItem,
+            .bundle = desktop.bundle,
+            .modifierNames = {"Super", "Shift", "Alt", "Control"},
+            .terminate = [] { QApplication::quit(); }};
 }
 
 void listDisplays(DisplayService& displays) {
@@ -136,7 +161,56 @@ void openEditor(GridEditorController& gridEditor, const std::optional<std::uint3
     }
 }
 
+/// Does what the command line of this start, or of a later one, asks for.
+void fulfil(const InstanceRequest& request, GridEditorController& gridEditor,
+            ApplicationController& application) {
+    switch (request.kind) {
+    case InstanceRequestKind::none:
+        break;
+    case InstanceRequestKind::openEditor:
+        openEditor(gridEditor, request.display);
+        break;
+    case InstanceRequestKind::openPreferences:
+        application.showPreferences();
+        break;
+    case InstanceRequestKind::quit:
+        QApplication::quit();
+        break;
+    }
+}
+
+void prepareToolkit() {
+    QApplication::setApplicationName("Tarvex");
+    QApplication::setApplicationVersion(TARVEX_VERSION);
+    QApplication::setDesktopFileName("tarvex");
+    QApplication::setWindowIcon(applicationIcon());
+    QApplication::setQuitOnLastWindowClosed(false);
+    // Whether the program starts at login is said in the preferences, not by what ran when the user left.
+    QObject::connect(qApp, &QGuiApplication::saveStateRequest,
+                     [](QSessionManager& manager) { manager.setRestartHint(QSessionManager::RestartNever); });
+}
+
+int runApplication(Desktop& desktop, const InstanceRequest& request, SingleInstance& instance) {
+    const auto gridEditor = makeGridEditorController(desktop);
+    const auto application = std::make_shared<ApplicationController>(gridEditor, makeDisplayService(desktop),
+                                                                     makeApplicationPlatform(desktop));
+    AppDelegate delegate(application);
+    delegate.applicationDidFinishLaunching();
+    const auto handle = [&](const InstanceRequest& asked) { fulfil(asked, *gridEditor, *application); };
+    handle(request);
+    instance.setRequestHandler(handle);
+    return QApplication::exec();
+}
+
 int run(const CommandLine& commandLine, int& argc, char** argv) {
+    SingleInstance::Outcome start;
+    if (!commandLine.listsDisplays) {
+        start = SingleInstance::acquire(commandLine.request());
+        std::fputs(start.message.c_str(), stderr);
+        if (!start.instance) {
+            return start.exitCode;
+        }
+    }
     const std::unique_ptr<XConnection> connection = XConnection::open();
     if (!connection) {
         std::fputs("tarvex: cannot reach an X server; is DISPLAY set?\n", stderr);
@@ -144,13 +218,15 @@ int run(const CommandLine& commandLine, int& argc, char** argv) {
     }
     // Writing beyond the limit on file sizes is then a failed write instead of the end of the program.
     std::signal(SIGXFSZ, SIG_IGN);
+    // All windows belong to one X server; a Wayland compositor would let none of them be placed.
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+        qputenv("QT_QPA_PLATFORM", "xcb");
+    }
     QApplication application(argc, argv);
     // The toolkit has taken on the user's locale. With a decimal point of several bytes, as some have, the
     // configuration's numbers would lose their fractions.
     std::setlocale(LC_NUMERIC, "C");
-    QApplication::setApplicationName("Tarvex");
-    QApplication::setApplicationVersion(TARVEX_VERSION);
-    QApplication::setQuitOnLastWindowClosed(false);
+    prepareToolkit();
 
     Desktop desktop(*connection);
     desktop.pump.setConnectionLostHandler([] { QApplication::quit(); });
@@ -159,13 +235,7 @@ int run(const CommandLine& commandLine, int& argc, char** argv) {
         listDisplays(*makeDisplayService(desktop));
         return 0;
     }
-    const std::shared_ptr<GridEditorController> gridEditor = makeGridEditorController(desktop);
-    const std::unique_ptr<SnapController> snapController = makeSnapController(desktop, gridEditor);
-    snapController->start();
-    if (commandLine.opensEditor) {
-        openEditor(*gridEditor, commandLine.editorDisplay);
-    }
-    return QApplication::exec();
+    return runApplication(desktop, commandLine.request(), *start.instance);
 }
 
 } // namespace
@@ -179,5 +249,6 @@ int main(int argc, char** argv) {
         std::fputs(commandLine.exit->text.c_str(), commandLine.exit->exitCode == 0 ? stdout : stderr);
         return commandLine.exit->exitCode;
     }
+    tarvex::SessionBusAddress::pin();
     return tarvex::run(commandLine, argc, argv);
 }

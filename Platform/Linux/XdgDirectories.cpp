@@ -5,12 +5,16 @@
 #include <cerrno>
 #include <cstdlib>
 #include <pwd.h>
+#include <sstream>
+#include <sys/stat.h>
 #include <unistd.h>
 #include <vector>
 
 namespace tarvex {
 
 namespace {
+
+constexpr const char* autostartFolder = "/autostart";
 
 // Empty when the variable is missing or names no absolute path: a relative one would depend on where the
 // program was started.
@@ -49,6 +53,33 @@ std::string XdgDirectories::configHome() {
 
 std::string XdgDirectories::stateHome() {
     return baseDirectory("XDG_STATE_HOME", "/.local/state");
+}
+
+std::string XdgDirectories::runtimeDirectory() {
+    std::string path = absolutePathFromEnvironment("XDG_RUNTIME_DIR");
+
+    struct stat status {};
+
+    const bool isOwnFolder = !path.empty() && ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode) &&
+                             status.st_uid == geteuid();
+    return isOwnFolder ? path : std::string{};
+}
+
+std::string XdgDirectories::autostart() {
+    const std::string home = configHome();
+    return home.empty() ? home : home + autostartFolder;
+}
+
+std::vector<std::string> XdgDirectories::systemAutostart() {
+    const char* value = std::getenv("XDG_CONFIG_DIRS");
+    std::istringstream choices(value != nullptr && *value != '\0' ? value : "/etc/xdg");
+    std::vector<std::string> folders;
+    for (std::string choice; std::getline(choices, choice, ':');) {
+        if (choice.starts_with('/')) {
+            folders.push_back(choice + autostartFolder);
+        }
+    }
+    return folders;
 }
 
 std::string logFilePath() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace tarvex {
 
@@ -13,6 +14,17 @@ public:
 
     /// Where records of what happened are kept, ~/.local/state as a rule. Empty likewise.
     [[nodiscard]] static std::string stateHome();
+
+    /// Where sockets, locks and the like are kept while the user is logged in. Empty when the environment
+    /// names none, or one that is no folder of this user's: there is no usual place for it.
+    [[nodiscard]] static std::string runtimeDirectory();
+
+    /// Where the user's own autostart entries are (Desktop Application Autostart Specification). Empty as
+    /// configHome().
+    [[nodiscard]] static std::string autostart();
+
+    /// The system's autostart folders, the most important first.
+    [[nodiscard]] static std::vector<std::string> systemAutostart();
 };
 
 } // namespace tarvex

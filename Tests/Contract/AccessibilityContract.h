@@ -45,6 +45,15 @@ public:
     /// The window's program stops answering until the world ends.
     virtual void freeze(int window) = 0;
 
+    /// Whether the desktop itself knows and moves the windows of such a program. Where every question goes to
+    /// the program, there is no answer.
+    virtual bool knowsFrozenWindows() { return true; }
+
+    /// Seconds since some fixed moment, on the clock that a wait for another program is measured by.
+    virtual double now() {
+        return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+    }
+
     /// Closes the window; returns once it has gone.
     virtual void close(int window) = 0;
 
@@ -270,12 +279,16 @@ TEST_P(AccessibilityContract, MaximizedWindowTakesTheFrame) {
 TEST_P(AccessibilityContract, FrozenProgramDelaysNothing) {
     const int window = world_->openWindow(homeFrame);
     world_->freeze(window);
-    const auto start = std::chrono::steady_clock::now();
+    const double start = world_->now();
     const AccessibilityElementRef found = windowOf(window);
-    ASSERT_NE(found, nullptr);
-    EXPECT_EQ(frameOf(found), world_->frame(window));
-    place(found, zone);
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1));
+    if (world_->knowsFrozenWindows()) {
+        ASSERT_NE(found, nullptr);
+        EXPECT_EQ(frameOf(found), world_->frame(window));
+        place(found, zone);
+    } else {
+        EXPECT_EQ(found, nullptr);
+    }
+    EXPECT_LT(world_->now() - start, 1.0);
 }
 
 TEST_P(AccessibilityContract, VanishedWindowGivesErrors) {

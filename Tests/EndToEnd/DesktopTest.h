@@ -26,6 +26,12 @@ protected:
         }
     }
 
+    /// For a test that sees to the end of tarvex in a way of its own.
+    void expectEndedAlready() {
+        hasEnded_ = true;
+        EXPECT_FALSE(desktop_->tarvex.process().isRunning());
+    }
+
     /// For a test that ends tarvex itself.
     void expectCleanExitNow() {
         hasEnded_ = true;

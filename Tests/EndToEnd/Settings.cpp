@@ -27,6 +27,19 @@ std::string Settings::json() const {
     if (restoresWindow) {
         document["restoreWindowSizeOnUnsnap"] = *restoresWindow;
     }
+    const auto setHotkey = [&](const char* name, const std::optional<HotkeySetting>& hotkey) {
+        if (hotkey) {
+            document[name] = {{"keyCode", hotkey->keyCode}, {"modifiers", hotkey->modifiers}};
+        }
+    };
+    setHotkey("openEditorHotkey", editorHotkey);
+    setHotkey("openPreferencesHotkey", preferencesHotkey);
+    if (hidesIcon) {
+        document["hideMenuBarIcon"] = *hidesIcon;
+    }
+    if (launchesAtLogin) {
+        document["launchAtLogin"] = *launchesAtLogin;
+    }
     return document.dump();
 }
 

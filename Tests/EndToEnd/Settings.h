@@ -14,6 +14,12 @@ struct GridSetting {
     std::vector<double> horizontalSplits{};
 };
 
+/// A combination of keys, by virtual key code and modifier mask.
+struct HotkeySetting {
+    unsigned keyCode = 0;
+    unsigned modifiers = 0;
+};
+
 /// What a person may put into the settings file.
 struct Settings {
     std::vector<GridSetting> grids{{"halves", {0.5}, {}}};
@@ -22,6 +28,10 @@ struct Settings {
     std::optional<unsigned> singleModifiers{};
     std::optional<unsigned> multiModifiers{};
     std::optional<bool> restoresWindow{};
+    std::optional<HotkeySetting> editorHotkey{};
+    std::optional<HotkeySetting> preferencesHotkey{};
+    std::optional<bool> hidesIcon{};
+    std::optional<bool> launchesAtLogin{};
 
     /// The text of the file.
     [[nodiscard]] std::string json() const;

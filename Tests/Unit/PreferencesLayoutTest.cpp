@@ -105,11 +105,14 @@ TEST_F(PreferencesLayoutTest, ButtonsHaveTheRoundedBezel) {
 }
 
 TEST_F(PreferencesLayoutTest, SymbolsAreExplainedInThePlatformsTerms) {
-    const std::map<std::string, std::string> names{
-        {"singleCmdCheckbox", "Super"},  {"singleShiftCheckbox", "Shift"},
-        {"singleOptionCheckbox", "Alt"}, {"singleControlCheckbox", "Control"},
-        {"multiCmdCheckbox", "Super"},   {"multiShiftCheckbox", "Shift"},
-        {"multiOptionCheckbox", "Alt"},  {"multiControlCheckbox", "Control"}};
+    const std::map<std::string, std::string> names{{"singleCmdCheckbox", "Super (single-zone snap)"},
+                                                   {"singleShiftCheckbox", "Shift (single-zone snap)"},
+                                                   {"singleOptionCheckbox", "Alt (single-zone snap)"},
+                                                   {"singleControlCheckbox", "Control (single-zone snap)"},
+                                                   {"multiCmdCheckbox", "Super (multi-zone snap)"},
+                                                   {"multiShiftCheckbox", "Shift (multi-zone snap)"},
+                                                   {"multiOptionCheckbox", "Alt (multi-zone snap)"},
+                                                   {"multiControlCheckbox", "Control (multi-zone snap)"}};
     for (const auto& [id, name] : names) {
         EXPECT_EQ(control(id).toolTip, name) << id;
     }

@@ -31,6 +31,9 @@ public:
     /// The text (UTF-8) in that face. Valid until the next call.
     [[nodiscard]] const TextRun& layOut(const std::string& text, const Font& font);
 
+    /// The face as the toolkit's own controls take it; their digits keep their own widths.
+    [[nodiscard]] QFont qtFont(const Font& font) { return faceFor(font).qtFont; }
+
 private:
     struct Face {
         Font font;

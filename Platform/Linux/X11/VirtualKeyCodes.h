@@ -11,7 +11,7 @@ namespace tarvex {
 /// None for a key that has no virtual key code.
 [[nodiscard]] std::optional<std::uint16_t> virtualKeyCodeOf(std::uint8_t xKeyCode);
 
-/// None for a key that the X server cannot name.
+/// None for a key that the X server cannot name: of all published codes only Function.
 [[nodiscard]] std::optional<std::uint8_t> xKeyCodeOf(std::uint16_t virtualKeyCode);
 
 /// Whether the key is one that is held while others are pressed, or a lock.

@@ -10,6 +10,8 @@ namespace tarvex {
 namespace {
 
 // Key symbols, as X numbers them.
+constexpr xcb_keysym_t scrollLock = 0xFF14;
+constexpr xcb_keysym_t numLock = 0xFF7F;
 constexpr xcb_keysym_t metaLeft = 0xFFE7;
 constexpr xcb_keysym_t metaRight = 0xFFE8;
 constexpr xcb_keysym_t altLeft = 0xFFE9;
@@ -18,6 +20,9 @@ constexpr xcb_keysym_t superLeft = 0xFFEB;
 constexpr xcb_keysym_t superRight = 0xFFEC;
 
 constexpr std::size_t firstAssignable = XCB_MAP_INDEX_1;
+
+constexpr std::uint64_t hotkeyFlags =
+    event_flag::shift | event_flag::control | event_flag::option | event_flag::command;
 
 /// The symbols of every key, by key code.
 class KeySymbols {
@@ -46,6 +51,44 @@ private:
 
 } // namespace
 
+/// The server's two tables, asked which modifiers a key symbol can be found on.
+class XModifierMap::Reading {
+public:
+    Reading(const xcb_get_modifier_mapping_reply_t& modifiers,
+            const xcb_get_keyboard_mapping_reply_t& keyboard, xcb_keycode_t firstKey)
+        : symbols_(keyboard, firstKey),
+          keysPerModifier_(modifiers.keycodes_per_modifier),
+          keys_(xcb_get_modifier_mapping_keycodes(&modifiers), modifierCount * keysPerModifier_) {}
+
+    /// The modifiers that any key at all is attached to.
+    [[nodiscard]] std::uint32_t held() const {
+        return modifiersWhere(0, [](xcb_keycode_t key) { return key != 0; });
+    }
+
+    /// Of the modifiers without a fixed meaning, those that a key with one of the two symbols is attached to.
+    [[nodiscard]] std::uint32_t having(xcb_keysym_t left, xcb_keysym_t right) const {
+        return modifiersWhere(firstAssignable,
+                              [&](xcb_keycode_t key) { return symbols_.has(key, left, right); });
+    }
+
+private:
+    template <typename Predicate>
+    [[nodiscard]] std::uint32_t modifiersWhere(std::size_t first, Predicate predicate) const {
+        std::uint32_t modifiers = 0;
+        for (std::size_t index = first; index < modifierCount; ++index) {
+            const auto ofModifier = keys_.subspan(index * keysPerModifier_, keysPerModifier_);
+            if (std::any_of(ofModifier.begin(), ofModifier.end(), predicate)) {
+                modifiers |= 1U << index;
+            }
+        }
+        return modifiers;
+    }
+
+    KeySymbols symbols_;
+    std::size_t keysPerModifier_;
+    std::span<const xcb_keycode_t> keys_;
+};
+
 std::uint64_t XModifierMap::eventFlags(std::uint32_t modifiers) {
     if (!isKnown_) {
         read();
@@ -59,6 +102,18 @@ std::uint64_t XModifierMap::eventFlags(std::uint32_t modifiers) {
     return flags;
 }
 
+std::vector<std::uint16_t> XModifierMap::statesOf(std::uint64_t eventFlags) {
+    const std::uint64_t wanted = eventFlags & hotkeyFlags;
+    std::vector<std::uint16_t> states;
+    for (std::uint16_t state = 0; state < 1U << modifierCount; ++state) {
+        // The flags first: they have the map read.
+        if (this->eventFlags(state) == wanted && (state & ~countingModifiers_) == 0) {
+            states.push_back(state);
+        }
+    }
+    return states;
+}
+
 void XModifierMap::read() {
     const xcb_setup_t* setup = xcb_get_setup(connection_->get());
     const xcb_keycode_t firstKey = setup->min_keycode;
@@ -68,6 +123,7 @@ void XModifierMap::read() {
     const auto modifierReply = connection_->take(xcb_get_modifier_mapping_reply, modifierCookie);
     const auto keyboardReply = connection_->take(xcb_get_keyboard_mapping_reply, keyboardCookie);
     isKnown_ = true;
+    countingModifiers_ = 0;
     flagsOfModifier_ = {};
     flagsOfModifier_[XCB_MAP_INDEX_SHIFT] = event_flag::shift;
     flagsOfModifier_[XCB_MAP_INDEX_CONTROL] = event_flag::control;
@@ -75,26 +131,21 @@ void XModifierMap::read() {
         return;
     }
 
-    const KeySymbols symbols(*keyboardReply, firstKey);
-    const std::size_t keysPerModifier = modifierReply->keycodes_per_modifier;
-    const std::span<const xcb_keycode_t> keys(xcb_get_modifier_mapping_keycodes(modifierReply.get()),
-                                              modifierCount * keysPerModifier);
-    const auto assign = [&](xcb_keysym_t left, xcb_keysym_t right, std::uint64_t flag) {
-        bool isAssigned = false;
-        for (std::size_t index = firstAssignable; index < modifierCount; ++index) {
-            const auto ofModifier = keys.subspan(index * keysPerModifier, keysPerModifier);
-            if (std::any_of(ofModifier.begin(), ofModifier.end(),
-                            [&](xcb_keycode_t key) { return symbols.has(key, left, right); })) {
-                flagsOfModifier_[index] |= flag;
-                isAssigned = true;
-            }
+    const Reading reading(*modifierReply, *keyboardReply, firstKey);
+    const auto assign = [&](std::uint32_t modifiers, std::uint64_t flag) {
+        for (std::size_t index = 0; index < modifierCount; ++index) {
+            flagsOfModifier_[index] |= (modifiers >> index & 1U) != 0 ? flag : 0;
         }
-        return isAssigned;
     };
-    assign(superLeft, superRight, event_flag::command);
+    assign(reading.having(superLeft, superRight), event_flag::command);
     // Where layouts swap them, Alt can be left without a modifier and Meta stands in for it.
-    if (!assign(altLeft, altRight, event_flag::option)) {
-        assign(metaLeft, metaRight, event_flag::option);
+    const std::uint32_t alt = reading.having(altLeft, altRight);
+    assign(alt != 0 ? alt : reading.having(metaLeft, metaRight), event_flag::option);
+
+    const std::uint32_t locks = XCB_MOD_MASK_LOCK | reading.having(numLock, scrollLock);
+    const std::uint32_t held = reading.held();
+    for (std::size_t index = 0; index < modifierCount; ++index) {
+        countingModifiers_ |= (flagsOfModifier_[index] != 0 ? held : locks) & 1U << index;
     }
 }
 

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstdint>
+#include <vector>
 
 namespace tarvex {
 
@@ -18,16 +19,25 @@ public:
     /// The event_flag bits of a modifier state (xcb_mod_mask_t).
     [[nodiscard]] std::uint64_t eventFlags(std::uint32_t modifiers);
 
+    /// Every modifier state that a person can bring about by holding just the keys of these event_flag bits,
+    /// whichever of Caps, Num and Scroll Lock are on. Empty when no key stands for one of the flags. Of the
+    /// flags only Shift, Control, Option and Command count.
+    [[nodiscard]] std::vector<std::uint16_t> statesOf(std::uint64_t eventFlags);
+
     /// Forgets what was read, after the server said that the keyboard changed.
     void invalidate() { isKnown_ = false; }
 
 private:
     static constexpr std::size_t modifierCount = 8;
 
+    class Reading;
+
     void read();
 
     XConnection* connection_;
     std::array<std::uint64_t, modifierCount> flagsOfModifier_{};
+    /// The locks, and those modifiers of a meaning that some key is attached to.
+    std::uint32_t countingModifiers_ = 0;
     bool isKnown_ = false;
 };
 

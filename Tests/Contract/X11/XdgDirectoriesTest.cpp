@@ -2,6 +2,7 @@
 
 #include "App/Logging/FileLogger.h"
 #include "Tests/Contract/X11/ScopedVariable.h"
+#include "Tests/Support/X11/ScratchDirectory.h"
 
 #include <gtest/gtest.h>
 
@@ -9,6 +10,7 @@
 #include <pwd.h>
 #include <string>
 #include <unistd.h>
+#include <vector>
 
 namespace tarvex {
 namespace {
@@ -52,6 +54,29 @@ TEST_F(XdgDirectoriesTest, WithoutHomeTheAccountsOneServes) {
         const ScopedVariable without("HOME", home);
         EXPECT_EQ(XdgDirectories::configHome(), expected);
     }
+}
+
+TEST_F(XdgDirectoriesTest, RuntimeFolderMustBeAFolderOfTheUsers) {
+    const test::ScratchDirectory scratch;
+    const std::string own = scratch.folder("own").string();
+    const ScopedVariable runtime("XDG_RUNTIME_DIR", own);
+    EXPECT_EQ(XdgDirectories::runtimeDirectory(), own);
+    const std::string file = scratch.write("file", "").string();
+    for (const std::optional<std::string>& other :
+         {std::optional<std::string>(), std::optional<std::string>("relative"), std::optional(file),
+          std::optional(own + "/missing")}) {
+        const ScopedVariable wrong("XDG_RUNTIME_DIR", other);
+        EXPECT_EQ(XdgDirectories::runtimeDirectory(), "") << other.value_or("unset");
+    }
+}
+
+TEST_F(XdgDirectoriesTest, AutostartFoldersAreBelowTheSettings) {
+    EXPECT_EQ(XdgDirectories::autostart(), "/home/somebody/.config/autostart");
+    const ScopedVariable none("XDG_CONFIG_DIRS", std::nullopt);
+    EXPECT_EQ(XdgDirectories::systemAutostart(), std::vector<std::string>{"/etc/xdg/autostart"});
+    const ScopedVariable some("XDG_CONFIG_DIRS", "/one:relative::/two");
+    EXPECT_EQ(XdgDirectories::systemAutostart(),
+              (std::vector<std::string>{"/one/autostart", "/two/autostart"}));
 }
 
 } // namespace

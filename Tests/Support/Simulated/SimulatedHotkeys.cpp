@@ -1,8 +1,26 @@
 #include "Tests/Support/Simulated/SimulatedHotkeys.h"
 
+#include "Core/Configuration/TarvexConfig.h"
+
+#include <algorithm>
 #include <cctype>
 
 namespace tarvex {
+
+namespace {
+
+constexpr std::uint32_t lastKeyCode = 127;
+constexpr std::uint16_t firstModifierKey = 54;
+constexpr std::uint16_t lastModifierKey = 63;
+
+constexpr std::uint32_t countingModifiers =
+    modifier_mask::command | modifier_mask::option | modifier_mask::control | modifier_mask::shift;
+
+bool isSameCombination(const SimulatedHotkey& hotkey, std::uint32_t keyCode, std::uint32_t modifiers) {
+    return hotkey.keyCode == keyCode && ((hotkey.modifiers ^ modifiers) & countingModifiers) == 0;
+}
+
+} // namespace
 
 class SimulatedHotkeys::Handler final : public HotkeyHandler {
 public:
@@ -43,6 +61,12 @@ std::unique_ptr<HotkeyHandler> SimulatedHotkeys::installHandler(PressHandler han
 
 HotkeyRegistration SimulatedHotkeys::registerHotkey(std::uint32_t keyCode, std::uint32_t modifiers,
                                                     const HotkeyIdentifier& identifier) {
+    const bool exists = std::any_of(hotkeys_->begin(), hotkeys_->end(), [&](const auto& entry) {
+        return isSameCombination(entry.second, keyCode, modifiers);
+    });
+    if (exists || keyCode > lastKeyCode) {
+        return {exists ? existsError : parameterError, nullptr};
+    }
     if (!givesReference_) {
         return {status_, nullptr};
     }
@@ -61,8 +85,22 @@ std::vector<SimulatedHotkey> SimulatedHotkeys::registered() const {
 
 void SimulatedHotkeys::press(const HotkeyIdentifier& identifier) {
     if (hasHandler()) {
-        (*handler_)(identifier);
+        // It may remove itself.
+        const PressHandler handler = *handler_;
+        handler(identifier);
     }
+}
+
+bool SimulatedHotkeys::pressKey(std::uint32_t keyCode, std::uint32_t modifiers) {
+    const auto found = std::find_if(hotkeys_->begin(), hotkeys_->end(), [&](const auto& entry) {
+        return isSameCombination(entry.second, keyCode, modifiers);
+    });
+    if (found == hotkeys_->end()) {
+        return false;
+    }
+    const HotkeyIdentifier identifier = found->second.identifier;
+    press(identifier);
+    return true;
 }
 
 class SimulatedKeyMonitors::Monitor final : public KeyMonitor {
@@ -89,6 +127,9 @@ std::unique_ptr<KeyMonitor> SimulatedKeyMonitors::addLocalKeyDownMonitor(KeyHand
 }
 
 bool SimulatedKeyMonitors::press(const KeyEvent& event) {
+    if (event.keyCode >= firstModifierKey && event.keyCode <= lastModifierKey) {
+        return true;
+    }
     const Handlers present = *handlers_;
     for (const auto& [number, handler] : present) {
         if (handlers_->contains(number) && !(*handler)(event)) {
@@ -99,14 +140,14 @@ bool SimulatedKeyMonitors::press(const KeyEvent& event) {
 }
 
 std::string SimulatedKeyboardLayout::upperCased(const std::string& text) {
-    if (text == "\u00F6") {
-        return "\u00D6";
+    if (const auto found = capitals.find(text); found != capitals.end()) {
+        return found->second;
     }
-    std::string capitals = text;
-    for (char& character : capitals) {
+    std::string result = text;
+    for (char& character : result) {
         character = static_cast<char>(std::toupper(static_cast<unsigned char>(character)));
     }
-    return capitals;
+    return result;
 }
 
 } // namespace tarvex

@@ -25,6 +25,10 @@ struct SimulatedHotkey {
 /// A system that knows hotkeys, and may refuse them.
 class SimulatedHotkeys final : public HotkeyPlatform {
 public:
+    /// The statuses of a key code out of range, and of a combination that is registered already.
+    static constexpr std::int32_t parameterError = -50;
+    static constexpr std::int32_t existsError = -9878;
+
     [[nodiscard]] std::unique_ptr<HotkeyHandler> installHandler(PressHandler handler) override;
     [[nodiscard]] HotkeyRegistration registerHotkey(std::uint32_t keyCode, std::uint32_t modifiers,
                                                     const HotkeyIdentifier& identifier) override;
@@ -40,6 +44,10 @@ public:
 
     /// As when the system tells of a press.
     void press(const HotkeyIdentifier& identifier);
+
+    /// A person presses the combination; true when it is a hotkey, and so reaches nobody else. Of the
+    /// modifiers only Command, Option, Control and Shift count.
+    bool pressKey(std::uint32_t keyCode, std::uint32_t modifiers);
 
     [[nodiscard]] bool hasHandler() const { return handler_ != nullptr && *handler_ != nullptr; }
 
@@ -60,7 +68,7 @@ class SimulatedKeyMonitors final : public KeyMonitorPlatform {
 public:
     [[nodiscard]] std::unique_ptr<KeyMonitor> addLocalKeyDownMonitor(KeyHandler handler) override;
 
-    /// Presses a key; true when it reached the window.
+    /// Presses a key; true when it reached the window, as modifier keys do in any case.
     bool press(const KeyEvent& event);
 
     /// How many monitors are installed.
@@ -86,6 +94,9 @@ public:
     [[nodiscard]] std::string upperCased(const std::string& text) override;
 
     std::map<std::uint16_t, std::string> characters{{0, "a"}, {14, "e"}, {41, "\u00F6"}, {18, "1"}};
+    /// The capitals of all letters outside ASCII that there are.
+    std::map<std::string, std::string> capitals{
+        {"\u00DF", "SS"}, {"\u00E9", "\u00C9"}, {"\u00F6", "\u00D6"}, {"\u0439", "\u0419"}};
 };
 
 } // namespace tarvex

@@ -2,9 +2,9 @@
 
 #include "App/Shell/BundleInformation.h"
 #include "App/Shell/LoginItemPlatform.h"
-#include "App/Toolkit/FormWindow.h"
 #include "App/Toolkit/StatusItem.h"
 #include "Tests/Support/Simulated/Journal.h"
+#include "Tests/Support/Simulated/SimulatedFormWindows.h"
 
 #include <memory>
 #include <optional>
@@ -13,41 +13,6 @@
 #include <vector>
 
 namespace tarvex {
-
-/// A titled window of the program.
-struct SimulatedFormWindow {
-    FormWindowAttributes attributes;
-    FormOwner* owner = nullptr;
-    bool isVisible = false;
-    bool isKey = false;
-    int timesCentered = 0;
-    int layouts = 0;
-
-    /// The control of that id as it is shown now. Throws std::out_of_range when there is none.
-    [[nodiscard]] Control control(const std::string& id) const;
-
-    /// Uses a control as a person does: a disabled or hidden one does nothing.
-    void use(const std::string& id, double value = 0) const;
-};
-
-class SimulatedFormWindows final : public FormWindowPlatform {
-public:
-    explicit SimulatedFormWindows(Journal& journal) : journal_(&journal) {}
-
-    [[nodiscard]] std::unique_ptr<FormWindow> makeFormWindow(const FormWindowAttributes& attributes,
-                                                             FormOwner& owner) override;
-
-    void activateIgnoringOtherApps() override { journal_->note("activate"); }
-
-    /// The window of that title. Throws std::out_of_range when there is none.
-    [[nodiscard]] SimulatedFormWindow& titled(const std::string& title);
-
-private:
-    class Window;
-
-    Journal* journal_;
-    std::vector<std::shared_ptr<SimulatedFormWindow>> windows_;
-};
 
 /// The bar of status items.
 class SimulatedStatusBar final : public StatusBarPlatform {
@@ -61,8 +26,18 @@ public:
     /// How many items there have been.
     [[nodiscard]] int made() const { return made_; }
 
-    /// Opens the menu and chooses the item of that title, in the menu or in one of its submenus.
+    /// Whether a person sees it.
+    [[nodiscard]] bool isShown() const { return hasItem() && hasTray; }
+
+    /// Opens the menu and gives what it shows.
+    [[nodiscard]] Menu open() const { return delegate_->menuWillOpen(); }
+
+    /// Opens the menu and chooses the item of that title, in the menu or in one of its submenus. One that is
+    /// disabled or has no action does nothing. Throws std::out_of_range when there is none.
     void choose(const std::string& title);
+
+    /// Whether there is a bar on the screen.
+    bool hasTray = true;
 
     std::optional<StatusItemAppearance> appearance;
     std::optional<Menu> menu;

@@ -10,7 +10,7 @@ namespace tarvex::test {
 Keyboard::~Keyboard() {
     try {
         while (!down_.empty()) {
-            release(*down_.begin());
+            releaseKey(*down_.begin());
         }
     } catch (const std::exception&) {
         // The server is gone, and its keys with it.
@@ -19,13 +19,21 @@ Keyboard::~Keyboard() {
 }
 
 void Keyboard::press(std::uint32_t keysym) {
-    down_.insert(keysym);
-    fake(XCB_KEY_PRESS, keycodeOf(keysym));
+    pressKey(keycodeOf(keysym));
 }
 
 void Keyboard::release(std::uint32_t keysym) {
-    down_.erase(keysym);
-    fake(XCB_KEY_RELEASE, keycodeOf(keysym));
+    releaseKey(keycodeOf(keysym));
+}
+
+void Keyboard::pressKey(std::uint8_t keycode) {
+    down_.insert(keycode);
+    fake(XCB_KEY_PRESS, keycode);
+}
+
+void Keyboard::releaseKey(std::uint8_t keycode) {
+    down_.erase(keycode);
+    fake(XCB_KEY_RELEASE, keycode);
 }
 
 std::uint8_t Keyboard::keycodeOf(std::uint32_t keysym) {

@@ -16,8 +16,8 @@ inline constexpr std::uint32_t numLock = 0xFF7F;
 inline constexpr std::uint32_t capsLock = 0xFFE5;
 } // namespace key
 
-/// Presses keys, named by keysym, as the hardware would. Each call returns when the server has processed it.
-/// Keys that are still down are released with the object.
+/// Presses keys, named by keysym or by the key code of the server, as the hardware would. Each call returns
+/// when the server has processed it. Keys that are still down are released with the object.
 class Keyboard {
 public:
     explicit Keyboard(const std::string& displayName) : client_{displayName} {}
@@ -36,12 +36,20 @@ public:
         release(keysym);
     }
 
+    void pressKey(std::uint8_t keycode);
+    void releaseKey(std::uint8_t keycode);
+
+    void tapKey(std::uint8_t keycode) {
+        pressKey(keycode);
+        releaseKey(keycode);
+    }
+
 private:
     [[nodiscard]] std::uint8_t keycodeOf(std::uint32_t keysym);
     void fake(std::uint8_t type, std::uint8_t keycode);
 
     XClient client_;
-    std::set<std::uint32_t> down_;
+    std::set<std::uint8_t> down_;
 };
 
 } // namespace tarvex::test

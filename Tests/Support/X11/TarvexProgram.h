@@ -24,6 +24,9 @@ public:
     /// Starts it without waiting.
     void launch(const std::vector<std::string>& arguments = {});
 
+    /// What starts it, for starts beside this one.
+    [[nodiscard]] Command command(const std::vector<std::string>& arguments) const;
+
     /// Changes an environment variable for starts from now on.
     void setVariable(const std::string& name, const std::string& value) { environment_[name] = value; }
 

@@ -1,0 +1,13 @@
+#include "Platform/Linux/Qt/StatusMenu.h"
+
+namespace tarvex {
+
+void StatusMenu::choose(const MenuItem& item) {
+    if (!item.isEnabled || item.action.empty()) {
+        return;
+    }
+    const auto tell = [delegate = delegate_, item] { delegate->menuItemChosen(item); };
+    QMetaObject::invokeMethod(&context_, tell, Qt::QueuedConnection);
+}
+
+} // namespace tarvex
