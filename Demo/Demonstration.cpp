@@ -1,12 +1,14 @@
 // Shows Tarvex at work on a private virtual display: one window snapped into a single zone, one across two,
-// and the zone editor, with a picture of each step.
+// the zone editor, the status item's menu and the preferences, with a picture of each step.
 
 #include "Tests/Support/X11/Compositor.h"
 #include "Tests/Support/X11/Keyboard.h"
 #include "Tests/Support/X11/Pointer.h"
 #include "Tests/Support/X11/RealApplication.h"
 #include "Tests/Support/X11/Screenshot.h"
+#include "Tests/Support/X11/SessionBus.h"
 #include "Tests/Support/X11/TarvexProgram.h"
+#include "Tests/Support/X11/TrayHost.h"
 #include "Tests/Support/X11/WindowManager.h"
 
 #include <chrono>
@@ -14,6 +16,7 @@
 #include <filesystem>
 #include <iostream>
 #include <map>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -51,6 +54,10 @@ public:
         XClient wallpaperClient(server_.displayName());
         setWallpaper(wallpaperClient);
         tarvex_.writeConfig(settings);
+        tarvex_.setVariable("DBUS_SESSION_BUS_ADDRESS", bus_.address());
+        tarvex_.allowOnStandardError("GridEditorController.showEditor");
+        // A press on a window of the program's own is a press on none that could be dragged.
+        tarvex_.allowOnStandardError("CopyElementAtPosition returned nil element");
         tarvex_.start();
     }
 
@@ -79,16 +86,16 @@ public:
         take("4-two-zones", "Super and Shift held: every zone passed over is filled");
         finishDrag({key::shift, key::super});
         take("5-snapped-across-two", "the window covers both");
-        tarvex_.expectCleanExit();
         showEditor();
+        showMenu();
+        showPreferences();
+        tarvex_.expectCleanExit();
     }
 
 private:
     // Moves one line, adds another, and leaves the pointer on a third.
     void showEditor() {
-        tarvex_.allowOnStandardError("GridEditorController.showEditor");
-        tarvex_.allowOnStandardError("CopyElementAtPosition returned nil element");
-        tarvex_.start({"--open-editor"});
+        startAgain("--open-editor");
         awaitStillPicture();
         take("6-zone-editor", "the zone editor: the zones of the display, each with its size");
         pointer_.moveTo({480, 400});
@@ -107,7 +114,40 @@ private:
         awaitStillPicture();
         take("8-line-under-the-pointer",
              "the line under the pointer can be dragged, or deleted with the right button");
-        tarvex_.expectCleanExit();
+        keyboard_.tap(key::escape);
+        awaitStillPicture();
+    }
+
+    void showMenu() {
+        TrayHost tray(server_);
+        client_.waitUntil([&] { return !tray.icons().empty(); }, "the status item is in the tray");
+        pointer_.moveTo(tray.icons().front().center());
+        pointer_.press();
+        pointer_.release();
+        awaitStillPicture();
+        for (const std::uint32_t keysym : {key::down, key::down, key::down, key::right}) {
+            keyboard_.tap(keysym);
+        }
+        awaitStillPicture();
+        take("9-menu", "the status item's menu, with an entry for each display");
+        keyboard_.tap(key::escape);
+        keyboard_.tap(key::escape);
+        awaitStillPicture();
+    }
+
+    void showPreferences() {
+        startAgain("--open-preferences");
+        awaitStillPicture();
+        take("10-preferences", "the preferences; every change counts at once");
+    }
+
+    // Hands the request over to the instance that runs.
+    void startAgain(const std::string& option) {
+        ChildProcess second(tarvex_.command({option}));
+        if (second.waitForExit() != ExitStatus{0, std::nullopt}) {
+            throw std::runtime_error("a second start did not hand " + option +
+                                     " over: " + second.standardError());
+        }
     }
 
     void beginDrag(RealApplication& application) {
@@ -164,6 +204,7 @@ private:
     }
 
     std::filesystem::path output_;
+    SessionBus bus_;
     XServer server_;
     XClient client_;
     WindowManager windowManager_;

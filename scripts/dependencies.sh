@@ -9,11 +9,13 @@ build_packages=(
 demonstration_packages=(
     libgtest-dev libgmock-dev libxcb-xtest0-dev libxcb-image0-dev libgtk-3-dev
     xvfb x11-xkb-utils openbox picom xterm xfonts-base fonts-dejavu-core imagemagick dbus-daemon dbus-x11
-    gtk-3-examples adwaita-icon-theme librsvg2-common
+    trayer gtk-3-examples adwaita-icon-theme librsvg2-common
 )
 test_packages=(
     "${demonstration_packages[@]}"
-    git clang-16 libclang-rt-16-dev clang-format-16 xfwm4 i3-wm desktop-file-utils groff-base dpkg-dev file trayer
+    git clang-16 libclang-rt-16-dev clang-format-16 xfwm4 i3-wm desktop-file-utils groff-base dpkg-dev
+    lld-16 libc++-16-dev musl-dev gnustep-make libgnustep-gui-dev gnustep-back0.29-cairo libobjc-12-dev
+    libblocksruntime-dev
 )
 
 as_root() {

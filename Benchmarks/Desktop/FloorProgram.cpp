@@ -35,4 +35,16 @@ std::uint32_t FloorProgram::doneCount() {
     return words.empty() ? 0 : words.front();
 }
 
+std::unique_ptr<test::ChildProcess> startWidgetsFloor(const test::XServer& server, const std::string& path) {
+    test::Environment environment = server.clientEnvironment("widgets");
+    environment["QT_QPA_PLATFORM"] = "xcb";
+    environment["XDG_SESSION_TYPE"] = "x11";
+    auto process = std::make_unique<test::ChildProcess>(test::Command{{path}, environment, std::nullopt});
+    const auto isReady = [&] { return process->standardError().find("ready") != std::string::npos; };
+    if (!process->waitForOutput(isReady)) {
+        throw std::runtime_error("the widgets floor did not start: " + process->standardError());
+    }
+    return process;
+}
+
 } // namespace tarvex::benchmark

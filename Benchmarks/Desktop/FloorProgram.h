@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <string>
 
 namespace tarvex::benchmark {
@@ -28,5 +29,10 @@ private:
     test::XClient client_;
     xcb_window_t window_ = XCB_NONE;
 };
+
+/// Starts the program that makes one QApplication and no window, and waits until it is ready. Throws
+/// std::runtime_error when it does not start.
+[[nodiscard]] std::unique_ptr<test::ChildProcess> startWidgetsFloor(const test::XServer& server,
+                                                                    const std::string& path);
 
 } // namespace tarvex::benchmark

@@ -1,4 +1,5 @@
 #include "Benchmarks/Desktop/DesktopBenchmarks.h"
+#include "Benchmarks/Desktop/FloorProgram.h"
 #include "Benchmarks/Desktop/MotionStream.h"
 #include "Benchmarks/Desktop/ProcessFigures.h"
 #include "Benchmarks/Desktop/ScreenProbe.h"
@@ -51,17 +52,32 @@ Samples measureSeconds(Stage& stage, int seconds, bool isPointerMoving) {
 } // namespace
 
 void measureIdle(const Programs& programs, const Options& options, Report& report) {
-    report.begin("Idle", "  Wake-ups of all threads of the program in every second, with no button down.");
+    report.begin("Idle",
+                 "  Wake-ups of all threads of the program in every second, with no button down, and its\n"
+                 "  processor time while the pointer moves, beside an empty Qt program's.");
     Stage stage(programs, makeLayout(), test::WindowManagerKind::openbox, false);
+    const auto empty = startWidgetsFloor(stage.server(), programs.widgetsFloor);
     dragOnce(stage);
     const int seconds = options.runs(30, 2);
     const Samples still = measureSeconds(stage, seconds, false);
+    const pid_t program = stage.program().process().pid();
+    const double programBefore = processorSeconds(program);
+    const double emptyBefore = processorSeconds(empty->pid());
     const Samples moving = measureSeconds(stage, seconds, true);
+    Samples programTime;
+    programTime.add(processorSeconds(program) - programBefore);
+    Samples emptyTime;
+    emptyTime.add(processorSeconds(empty->pid()) - emptyBefore);
     report.line("floor: pointer still", still, perSecond);
     report.line("pointer moving at 1000 Hz", moving, perSecond);
     report.verdict("in " + std::to_string(seconds) + " s: still " + format(still.sum(), Unit{"", 1, 0}) +
                        ", moving " + format(moving.sum(), Unit{"", 1, 0}) + " wake-ups (goal: no more)",
                    moving.sum() <= still.sum());
+    report.line("processor time of an empty Qt program, pointer moving", emptyTime, milliseconds);
+    report.line("processor time of tarvex, pointer moving", programTime, milliseconds);
+    const double share = programTime.sum() / seconds;
+    report.verdict("which is " + format(share, Unit{"%", 100, 3}) + " of a core (goal: under 0.1)",
+                   share < 0.001);
 }
 
 } // namespace tarvex::benchmark

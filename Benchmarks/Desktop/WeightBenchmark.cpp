@@ -1,4 +1,5 @@
 #include "Benchmarks/Desktop/DesktopBenchmarks.h"
+#include "Benchmarks/Desktop/FloorProgram.h"
 #include "Benchmarks/Desktop/ProcessFigures.h"
 #include "Benchmarks/Desktop/ScreenProbe.h"
 #include "Benchmarks/Support/Stopwatch.h"
@@ -31,17 +32,10 @@ void weigh(test::ChildProcess& process, Weight& weight) {
 }
 
 void startFloor(const test::XServer& server, const std::string& path, Weight& weight) {
-    test::Environment environment = server.clientEnvironment("widgets");
-    environment["QT_QPA_PLATFORM"] = "xcb";
-    environment["XDG_SESSION_TYPE"] = "x11";
     const Stopwatch stopwatch;
-    test::ChildProcess process(test::Command{{path}, environment, std::nullopt});
-    const auto isReady = [&] { return process.standardError().find("ready") != std::string::npos; };
-    if (!process.waitForOutput(isReady)) {
-        throw std::runtime_error("the widgets floor did not start: " + process.standardError());
-    }
+    const auto process = startWidgetsFloor(server, path);
     weight.readiness.add(stopwatch.seconds());
-    weigh(process, weight);
+    weigh(*process, weight);
 }
 
 void startProgram(const test::XServer& server, const std::string& path, Weight& weight) {

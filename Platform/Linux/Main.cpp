@@ -18,6 +18,7 @@
 #include "Platform/Linux/SessionBusAddress.h"
 #include "Platform/Linux/SingleInstance.h"
 #include "Platform/Linux/StandardErrorLog.h"
+#include "Platform/Linux/X11/SessionEnd.h"
 #include "Platform/Linux/X11/StrutTracker.h"
 #include "Platform/Linux/X11/XAccessibilityPlatform.h"
 #include "Platform/Linux/X11/XDisplayPlatform.h"
@@ -216,6 +217,7 @@ int run(const CommandLine& commandLine, int& argc, char** argv) {
         std::fputs("tarvex: cannot reach an X server; is DISPLAY set?\n", stderr);
         return 1;
     }
+    const SessionEnd sessionEnd(*connection);
     // Writing beyond the limit on file sizes is then a failed write instead of the end of the program.
     std::signal(SIGXFSZ, SIG_IGN);
     // All windows belong to one X server; a Wayland compositor would let none of them be placed.

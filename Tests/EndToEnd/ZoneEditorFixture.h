@@ -11,12 +11,6 @@
 
 namespace tarvex::test {
 
-namespace key {
-inline constexpr std::uint32_t escape = 0xFF1B;
-inline constexpr std::uint32_t enter = 0xFF0D;
-inline constexpr std::uint32_t keypadEnter = 0xFF8D;
-} // namespace key
-
 /// Sessions with the zone editor open when the program has started.
 class ZoneEditorTest : public DesktopTest {
 protected:

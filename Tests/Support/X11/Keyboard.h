@@ -14,6 +14,12 @@ inline constexpr std::uint32_t alt = 0xFFE9;
 inline constexpr std::uint32_t super = 0xFFEB;
 inline constexpr std::uint32_t numLock = 0xFF7F;
 inline constexpr std::uint32_t capsLock = 0xFFE5;
+inline constexpr std::uint32_t escape = 0xFF1B;
+inline constexpr std::uint32_t enter = 0xFF0D;
+inline constexpr std::uint32_t keypadEnter = 0xFF8D;
+inline constexpr std::uint32_t up = 0xFF52;
+inline constexpr std::uint32_t right = 0xFF53;
+inline constexpr std::uint32_t down = 0xFF54;
 } // namespace key
 
 /// Presses keys, named by keysym or by the key code of the server, as the hardware would. Each call returns
