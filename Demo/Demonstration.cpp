@@ -36,7 +36,9 @@ constexpr int screenHeight = 1000;
 constexpr std::string_view settings = R"({
   "grids": [{"id": "default", "name": "Default", "verticalSplits": [0.3, 0.7], "horizontalSplits": [0.68]}],
   "defaultGridByDisplayId": {},
-  "cellMarginPoints": 12
+  "cellMarginPoints": 12,
+  "openEditorHotkey": {"keyCode": 6, "modifiers": 2304},
+  "openPreferencesHotkey": {"keyCode": 35, "modifiers": 2304}
 })";
 
 class Demonstration {
