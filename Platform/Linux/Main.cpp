@@ -1,5 +1,5 @@
 #include "App/Logging/FileLogger.h"
-#include "App/Shell/AppDelegate.h"
+#include "App/Shell/ApplicationEntry.h"
 #include "Platform/Linux/CommandLine.h"
 #include "Platform/Linux/Installation.h"
 #include "Platform/Linux/InstalledBundle.h"
@@ -108,21 +108,6 @@ private:
     }
 };
 
-std::shared_ptr<DisplayService> makeDisplayService(Desktop& desktop) {
-    return std::make_shared<DisplayService>(LoggerFactory(desktop.log).makeLogger("DisplayService"),
-                                            desktop.displays, desktop.screens);
-}
-
-std::shared_ptr<GridEditorController> makeGridEditorController(Desktop& desktop) {
-    const auto configStore =
-        std::make_shared<ConfigStore>(LoggerFactory(desktop.log).makeLogger("ConfigStore"), desktop.files);
-    const auto displayService = makeDisplayService(desktop);
-    return std::make_shared<GridEditorController>(
-        configStore, displayService, std::make_shared<DisplayFrameService>(desktop.screens),
-        GridEditorPlatform{desktop.screens, desktop.viewWindows, desktop.mainLoop, desktop.textMeasurer,
-                           desktop.log});
-}
-
 ApplicationPlatform makeApplicationPlatform(Desktop& desktop) {
     return {.files = desktop.files,
             .log = desktop.log,
@@ -192,12 +177,12 @@ void prepareToolkit() {
 }
 
 int runApplication(Desktop& desktop, const InstanceRequest& request, SingleInstance& instance) {
-    const auto gridEditor = makeGridEditorController(desktop);
-    const auto application = std::make_shared<ApplicationController>(gridEditor, makeDisplayService(desktop),
-                                                                     makeApplicationPlatform(desktop));
-    AppDelegate delegate(application);
-    delegate.applicationDidFinishLaunching();
-    const auto handle = [&](const InstanceRequest& asked) { fulfil(asked, *gridEditor, *application); };
+    const ApplicationEntry entry =
+        makeApplicationEntry(makeApplicationPlatform(desktop), desktop.viewWindows);
+    entry.delegate->applicationDidFinishLaunching();
+    const auto handle = [&](const InstanceRequest& asked) {
+        fulfil(asked, *entry.gridEditorController, *entry.applicationController);
+    };
     handle(request);
     instance.setRequestHandler(handle);
     return QApplication::exec();
@@ -234,7 +219,9 @@ int run(const CommandLine& commandLine, int& argc, char** argv) {
     desktop.pump.setConnectionLostHandler([] { QApplication::quit(); });
     const QtSignals terminationSignals([] { QApplication::quit(); });
     if (commandLine.listsDisplays) {
-        listDisplays(*makeDisplayService(desktop));
+        DisplayService displays(LoggerFactory(desktop.log).makeLogger("DisplayService"), desktop.displays,
+                                desktop.screens);
+        listDisplays(displays);
         return 0;
     }
     return runApplication(desktop, commandLine.request(), *start.instance);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "App/Shell/ApplicationController.h"
+#include "App/Shell/ApplicationEntry.h"
 #include "Core/Configuration/JsonCoding.h"
 #include "Tests/Support/Simulated/SimulatedDesktop.h"
 #include "Tests/Support/Simulated/SimulatedHotkeys.h"
@@ -37,42 +37,32 @@ protected:
 
     [[nodiscard]] TarvexConfigRef stored() { return decodeTarvexConfig(desktop_.configFiles().text()); }
 
-    [[nodiscard]] std::shared_ptr<DisplayService> makeDisplayService() {
-        return std::make_shared<DisplayService>(LoggerFactory(desktop_.log()).makeLogger("DisplayService"),
-                                                desktop_.displays(), desktop_.displays());
-    }
-
     void make() {
-        auto gridEditor = std::make_shared<GridEditorController>(
-            std::make_shared<ConfigStore>(LoggerFactory(desktop_.log()).makeLogger("ConfigStore"),
-                                          desktop_.configFiles()),
-            makeDisplayService(), std::make_shared<DisplayFrameService>(desktop_.displays()),
-            GridEditorPlatform{desktop_.displays(), viewWindows_, desktop_.mainLoop(), textMeasurer_,
-                               desktop_.log()});
-        application_ = std::make_shared<ApplicationController>(
-            std::move(gridEditor), makeDisplayService(),
-            ApplicationPlatform{.files = desktop_.configFiles(),
-                                .log = desktop_.log(),
-                                .fileLog = desktop_.fileLog(),
-                                .mainLoop = desktop_.mainLoop(),
-                                .notifications = center_,
-                                .displays = desktop_.displays(),
-                                .screens = desktop_.displays(),
-                                .accessibility = desktop_.accessibility(),
-                                .eventTap = desktop_.input(),
-                                .pointer = desktop_.input(),
-                                .windows = desktop_.windows(),
-                                .keyWindow = desktop_.keyWindow(),
-                                .formWindows = formWindows_,
-                                .textMeasurer = textMeasurer_,
-                                .statusBar = statusBar_,
-                                .hotkeys = hotkeys_,
-                                .keyMonitors = keyMonitors_,
-                                .keyboardLayout = layout_,
-                                .loginItem = loginItem_,
-                                .bundle = bundle_,
-                                .modifierNames = {"Super", "Shift", "Alt", "Control"},
-                                .terminate = [this] { ++terminations_; }});
+        const ApplicationEntry entry =
+            makeApplicationEntry(ApplicationPlatform{.files = desktop_.configFiles(),
+                                                     .log = desktop_.log(),
+                                                     .fileLog = desktop_.fileLog(),
+                                                     .mainLoop = desktop_.mainLoop(),
+                                                     .notifications = center_,
+                                                     .displays = desktop_.displays(),
+                                                     .screens = desktop_.displays(),
+                                                     .accessibility = desktop_.accessibility(),
+                                                     .eventTap = desktop_.input(),
+                                                     .pointer = desktop_.input(),
+                                                     .windows = desktop_.windows(),
+                                                     .keyWindow = desktop_.keyWindow(),
+                                                     .formWindows = formWindows_,
+                                                     .textMeasurer = textMeasurer_,
+                                                     .statusBar = statusBar_,
+                                                     .hotkeys = hotkeys_,
+                                                     .keyMonitors = keyMonitors_,
+                                                     .keyboardLayout = layout_,
+                                                     .loginItem = loginItem_,
+                                                     .bundle = bundle_,
+                                                     .modifierNames = {"Super", "Shift", "Alt", "Control"},
+                                                     .terminate = [this] { ++terminations_; }},
+                                 viewWindows_);
+        application_ = entry.applicationController;
     }
 
     void start() {

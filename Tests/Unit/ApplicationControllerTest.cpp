@@ -113,7 +113,9 @@ TEST_F(ApplicationControllerTest, MenuOpensItsWindows) {
 TEST_F(ApplicationControllerTest, MenuEditsTheChosenDisplay) {
     start();
     const auto display = statusBar_.menu->items.at(3).submenu->at(1);
-    EXPECT_EQ(display.title, makeDisplayService()->getDisplayTitle(rightDisplay));
+    DisplayService displays(LoggerFactory(desktop_.log()).makeLogger("DisplayService"), desktop_.displays(),
+                            desktop_.displays());
+    EXPECT_EQ(display.title, displays.getDisplayTitle(rightDisplay));
     statusBar_.choose(display.title);
     ASSERT_EQ(viewWindows_.open().size(), 1U);
     EXPECT_EQ(viewWindows_.open().front()->attributes.contentRect, (Rect{1280, 0, 1920, 1080}));

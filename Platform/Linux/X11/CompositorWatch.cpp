@@ -2,9 +2,6 @@
 
 #include "Platform/Linux/X11/OverlayParking.h"
 
-#include <xcb/xfixes.h>
-
-#include <string>
 #include <utility>
 
 namespace tarvex {
@@ -12,15 +9,14 @@ namespace tarvex {
 CompositorWatch::CompositorWatch(XConnection& connection, XEventPump& pump, std::function<void()> changed)
     : connection_(&connection),
       changed_(std::move(changed)),
-      selection_(connection.atom("_NET_WM_CM_S" + std::to_string(connection.screenNumber()))) {
-    watchSelection(pump);
-    subscriptions_.push_back(pump.subscribe(XCB_EXPOSE, [this](const xcb_generic_event_t& event) {
+      selection_(connection, pump, "_NET_WM_CM_S", [this](xcb_window_t owner) { handleOwner(owner); }) {
+    exposures_ = pump.subscribe(XCB_EXPOSE, [this](const xcb_generic_event_t& event) {
         if (reinterpret_cast<const xcb_expose_event_t&>(event).window == witness_) {
             update(hasManager_, true);
         }
-    }));
+    });
     makeWitness();
-    readOwner();
+    hasManager_ = selection_.hasOwner();
 }
 
 CompositorWatch::~CompositorWatch() {
@@ -45,27 +41,6 @@ void CompositorWatch::makeWitness() {
     lowerToBottom(*connection_, witness_);
 }
 
-void CompositorWatch::watchSelection(XEventPump& pump) {
-    const auto* extension = connection_->extension(xcb_xfixes_id);
-    // The server takes no other request of this extension before the one for its version.
-    if (extension == nullptr || !connection_->take(xcb_xfixes_query_version_reply,
-                                                   xcb_xfixes_query_version(connection_->get(), 5, 0))) {
-        return;
-    }
-    connection_->discard(xcb_xfixes_select_selection_input_checked(
-        connection_->get(), connection_->root(), selection_,
-        XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
-            XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
-            XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE));
-    const auto type = static_cast<std::uint8_t>(extension->first_event + XCB_XFIXES_SELECTION_NOTIFY);
-    subscriptions_.push_back(pump.subscribe(type, [this](const xcb_generic_event_t& event) {
-        const auto& notification = reinterpret_cast<const xcb_xfixes_selection_notify_event_t&>(event);
-        if (notification.selection == selection_) {
-            handleOwner(notification.owner);
-        }
-    }));
-}
-
 void CompositorWatch::handleOwner(xcb_window_t owner) {
     // The server gives the windows back to themselves when their manager goes, which cannot be seen.
     update(false, false);
@@ -75,12 +50,6 @@ void CompositorWatch::handleOwner(xcb_window_t owner) {
         makeWitness();
         update(true, false);
     }
-}
-
-void CompositorWatch::readOwner() {
-    const auto reply = connection_->take(xcb_get_selection_owner_reply,
-                                         xcb_get_selection_owner(connection_->get(), selection_));
-    hasManager_ = reply && reply->owner != XCB_WINDOW_NONE;
 }
 
 void CompositorWatch::update(bool hasManager, bool isWitnessRedirected) {

@@ -2,10 +2,10 @@
 
 #include "Platform/Linux/X11/XConnection.h"
 #include "Platform/Linux/X11/XEventPump.h"
+#include "Platform/Linux/X11/XSelectionWatch.h"
 
 #include <functional>
 #include <memory>
-#include <vector>
 
 namespace tarvex {
 
@@ -35,17 +35,15 @@ private:
     void makeWitness();
     void destroyWitness();
     void handleOwner(xcb_window_t owner);
-    void watchSelection(XEventPump& pump);
-    void readOwner();
     void update(bool hasManager, bool isWitnessRedirected);
 
     XConnection* connection_;
     std::function<void()> changed_;
-    xcb_atom_t selection_;
     xcb_window_t witness_ = XCB_WINDOW_NONE;
     bool hasManager_ = false;
     bool isWitnessRedirected_ = false;
-    std::vector<std::unique_ptr<XEventPump::Subscription>> subscriptions_;
+    std::unique_ptr<XEventPump::Subscription> exposures_;
+    XSelectionWatch selection_;
 };
 
 } // namespace tarvex

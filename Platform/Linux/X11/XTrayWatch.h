@@ -1,10 +1,8 @@
 #pragma once
 
-#include "Platform/Linux/X11/XConnection.h"
-#include "Platform/Linux/X11/XEventPump.h"
+#include "Platform/Linux/X11/XSelectionWatch.h"
 
 #include <functional>
-#include <memory>
 
 namespace tarvex {
 
@@ -19,15 +17,12 @@ public:
     [[nodiscard]] bool hasTray() const { return hasTray_; }
 
 private:
-    void watchSelection(XEventPump& pump);
     void handleOwner(xcb_window_t owner);
     void update(bool hasTray);
 
-    XConnection* connection_;
     std::function<void()> changed_;
-    xcb_atom_t selection_;
-    bool hasTray_ = false;
-    std::unique_ptr<XEventPump::Subscription> subscription_;
+    XSelectionWatch selection_;
+    bool hasTray_;
 };
 
 } // namespace tarvex
