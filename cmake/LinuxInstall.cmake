@@ -28,6 +28,6 @@ set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION x11)
 # The names of the libraries' packages differ between releases; dpkg-shlibdeps knows them.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-# Plugins that are loaded by name: the toolkit's own for X11 comes with its library.
+# A face for the texts, and a session bus for the status item and for reaching the instance that runs.
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "fonts-dejavu-core | fonts-noto-core, dbus-user-session | dbus-x11")
 include(CPack)

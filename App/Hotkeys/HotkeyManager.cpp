@@ -27,8 +27,7 @@ void HotkeyManager::requestRegistration(std::uint32_t hotkeyId, const HotkeyDefi
     HotkeyRegistration registration =
         surroundings_.hotkeys.registerHotkey(hotkey.keyCode, hotkey.modifiers, {signature, hotkeyId});
     if (registration.status != 0) {
-        logToBoth("RegisterEventHotKey failed: " + std::to_string(registration.status) +
-                  " (id=" + std::to_string(hotkeyId) + ")");
+        logToBoth(refusalMessage({signature, hotkeyId}, registration.status));
     }
     if (registration.reference) {
         hotKeyRefs_.insert_or_assign(hotkeyId, std::move(registration.reference));
@@ -59,6 +58,11 @@ void HotkeyManager::handleEvent(const HotkeyIdentifier& identifier) {
     }
     logToBoth("HotkeyManager triggered (id=" + std::to_string(identifier.id) + ")");
     surroundings_.mainLoop.post(found->second);
+}
+
+std::string HotkeyManager::refusalMessage(const HotkeyIdentifier& identifier, std::int32_t status) {
+    return "RegisterEventHotKey failed: " + std::to_string(status) + " (id=" + std::to_string(identifier.id) +
+           ")";
 }
 
 void HotkeyManager::logToBoth(const std::string& message) {

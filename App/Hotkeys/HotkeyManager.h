@@ -48,6 +48,9 @@ public:
     /// Unregisters every id that the system knows; the actions of refused hotkeys stay.
     void unregisterAll();
 
+    /// What the logs say of a hotkey that the system does not give.
+    [[nodiscard]] static std::string refusalMessage(const HotkeyIdentifier& identifier, std::int32_t status);
+
 private:
     void requestRegistration(std::uint32_t hotkeyId, const HotkeyDefinition& hotkey);
     void handleEvent(const HotkeyIdentifier& identifier);

@@ -36,8 +36,9 @@ public:
     FormOwner& operator=(FormOwner&&) = delete;
     virtual ~FormOwner() = default;
 
-    /// The controls as they are now, laid out for a content area of that size. Asked for when the window is
-    /// made, after every use of a control, and whenever the window was told that it needs layout.
+    /// The controls as they are now, laid out for a content area of that size. Asked for by the time the
+    /// window is first shown, after every use of a control, and whenever a window that has asked was told
+    /// that it needs layout.
     [[nodiscard]] virtual Form form(const Size& contentSize) = 0;
 
     /// The user used the control of that id; the value is the one that it has now.

@@ -2,7 +2,9 @@
 
 #include "Platform/Linux/XdgDirectories.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <cstdlib>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -13,7 +15,21 @@ namespace tarvex {
 
 namespace {
 
-constexpr const char* fileName = "tarvex.lock";
+std::string fileNameIn(const InstanceLock::Folder& folder) {
+    return "tarvex" + folder.session + ".lock";
+}
+
+// The X display without the number of its screen, such as ":0".
+std::string sessionOfEnvironment() {
+    const char* const display = std::getenv("DISPLAY");
+    std::string session = display == nullptr ? "" : display;
+    const std::size_t colon = session.rfind(':');
+    if (colon != std::string::npos) {
+        session.resize(std::min(session.find('.', colon), session.size()));
+    }
+    std::replace(session.begin(), session.end(), '/', '_');
+    return session;
+}
 
 // The folder itself, no link to one; a folder that another user may write to could hold a lock of theirs.
 FileDescriptor openFolder(const InstanceLock::Folder& folder) {
@@ -30,10 +46,11 @@ FileDescriptor openFolder(const InstanceLock::Folder& folder) {
     return isSafe ? std::move(opened) : FileDescriptor{};
 }
 
-FileDescriptor openFile(const FileDescriptor& folder) {
+FileDescriptor openFile(const FileDescriptor& folder, const std::string& fileName) {
     // Without O_NONBLOCK a pipe that stands there would be waited for.
-    FileDescriptor opened(::openat(
-        folder.get(), fileName, O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, S_IRUSR | S_IWUSR));
+    FileDescriptor opened(::openat(folder.get(), fileName.c_str(),
+                                   O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK,
+                                   S_IRUSR | S_IWUSR));
 
     struct stat status {};
 
@@ -46,12 +63,13 @@ FileDescriptor openFile(const FileDescriptor& folder) {
 
 InstanceLock::Folder InstanceLock::standardFolder() {
     const std::string runtime = XdgDirectories::runtimeDirectory();
-    return runtime.empty() ? Folder{"/tmp/tarvex-" + std::to_string(::geteuid()), true}
-                           : Folder{runtime, false};
+    return runtime.empty()
+               ? Folder{"/tmp/tarvex-" + std::to_string(::geteuid()), true, sessionOfEnvironment()}
+               : Folder{runtime, false, sessionOfEnvironment()};
 }
 
 std::string InstanceLock::pathIn(const Folder& folder) {
-    return folder.path + "/" + fileName;
+    return folder.path + "/" + fileNameIn(folder);
 }
 
 InstanceLock::Result InstanceLock::take(const Folder& folder) {
@@ -59,7 +77,7 @@ InstanceLock::Result InstanceLock::take(const Folder& folder) {
     if (!directory.isOpen()) {
         return Result::failed;
     }
-    FileDescriptor file = openFile(directory);
+    FileDescriptor file = openFile(directory, fileNameIn(folder));
     if (!file.isOpen()) {
         return Result::failed;
     }

@@ -24,6 +24,8 @@ public:
     struct Folder {
         std::string path;
         bool isToBeMade = false;
+        /// Names the session, so that another one of the same user has a lock of its own; may be empty.
+        std::string session = {};
     };
 
     /// The user's runtime folder, or where there is none one of our own below the temporary folder.

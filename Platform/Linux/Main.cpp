@@ -14,6 +14,7 @@
 #include "Platform/Linux/Qt/QtTextMeasurer.h"
 #include "Platform/Linux/Qt/QtXEventSource.h"
 #include "Platform/Linux/Qt/SystemColors.h"
+#include "Platform/Linux/Qt/ToolkitConnection.h"
 #include "Platform/Linux/Qt/XViewWindowPlatform.h"
 #include "Platform/Linux/SessionBusAddress.h"
 #include "Platform/Linux/SingleInstance.h"
@@ -64,7 +65,8 @@ public:
           textMeasurer(fonts),
           viewWindows(connection, pump, monitors, fonts, &SystemColors::accentColor, &log),
           formWindows({connection, pump, monitors, screens, pointer, fonts}),
-          hotkeys(connection, pump),
+          hotkeys(connection, pump,
+                  [this](const HotkeyIdentifier& hotkey, std::int32_t status) { logLoss(hotkey, status); }),
           keyboardLayout(connection, pump, &QtText::upperCased),
           keyMonitors(connection, pump),
           statusBar(connection, pump, SessionBusAddress::find()),
@@ -100,11 +102,17 @@ public:
     InstalledBundle bundle;
 
 private:
+    void logLoss(const HotkeyIdentifier& hotkey, std::int32_t status) {
+        const std::string message = HotkeyManager::refusalMessage(hotkey, status);
+        log.systemLog(message);
+        FileLogger::shared().log(message);
+    }
+
     // The toolkit talks to the server over a connection of its own.
     static std::vector<XClientResources> toolkitWindows() {
-        const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-        return x11 == nullptr ? std::vector<XClientResources>{}
-                              : std::vector<XClientResources>{XClientResources(x11->connection())};
+        xcb_connection_t* const connection = toolkitConnection();
+        return connection == nullptr ? std::vector<XClientResources>{}
+                                     : std::vector<XClientResources>{XClientResources(connection)};
     }
 };
 
@@ -206,7 +214,7 @@ int run(const CommandLine& commandLine, int& argc, char** argv) {
     // Writing beyond the limit on file sizes is then a failed write instead of the end of the program.
     std::signal(SIGXFSZ, SIG_IGN);
     // All windows belong to one X server; a Wayland compositor would let none of them be placed.
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+    if (!qgetenv("QT_QPA_PLATFORM").startsWith("xcb")) {
         qputenv("QT_QPA_PLATFORM", "xcb");
     }
     QApplication application(argc, argv);

@@ -15,7 +15,7 @@ constexpr int attempts = 3;
 constexpr const char* notRunning = "tarvex: not running\n";
 constexpr const char* noAnswer = "tarvex: already running, but it does not answer\n";
 constexpr const char* alreadyRunning =
-    "tarvex: already running (without a session bus it cannot be reached)\n";
+    "tarvex: already running, but not to be reached over the session bus\n";
 
 bool isQuit(const InstanceRequest& request) {
     return request.kind == InstanceRequestKind::quit;
@@ -27,9 +27,8 @@ SingleInstance::Options SingleInstance::Options::standard() {
     return {.busAddress = SessionBusAddress::find(), .lockFolder = InstanceLock::standardFolder()};
 }
 
-SingleInstance::SingleInstance(std::unique_ptr<InstanceService> service) : service_(std::move(service)) {}
-
-SingleInstance::SingleInstance(InstanceLock lock) : lock_(std::move(lock)) {}
+SingleInstance::SingleInstance(std::unique_ptr<InstanceService> service, InstanceLock lock)
+    : service_(std::move(service)), lock_(std::move(lock)) {}
 
 SingleInstance::~SingleInstance() = default;
 
@@ -38,13 +37,11 @@ SingleInstance::Outcome SingleInstance::acquire(const InstanceRequest& request, 
                        ? nullptr
                        : std::make_unique<InstanceService>(options.busAddress, options.patience);
     if (!service || !service->isConnected()) {
-        return acquireLock(request, options.lockFolder);
+        return acquireLock(request, options.lockFolder, nullptr);
     }
     for (int attempt = 0; attempt < attempts; ++attempt) {
         if (!isQuit(request) && service->takeName()) {
-            return {.instance = std::unique_ptr<SingleInstance>(new SingleInstance(std::move(service))),
-                    .exitCode = 0,
-                    .message = {}};
+            return acquireLock(request, options.lockFolder, std::move(service));
         }
         switch (service->handOver(request)) {
         case InstanceService::Answer::accepted:
@@ -62,25 +59,30 @@ SingleInstance::Outcome SingleInstance::acquire(const InstanceRequest& request, 
 }
 
 SingleInstance::Outcome SingleInstance::acquireLock(const InstanceRequest& request,
-                                                    const InstanceLock::Folder& folder) {
+                                                    const InstanceLock::Folder& folder,
+                                                    std::unique_ptr<InstanceService> service) {
     InstanceLock lock;
+    const auto become = [&](std::string message) -> Outcome {
+        return {.instance =
+                    std::unique_ptr<SingleInstance>(new SingleInstance(std::move(service), std::move(lock))),
+                .exitCode = 0,
+                .message = std::move(message)};
+    };
     switch (lock.take(folder)) {
     case InstanceLock::Result::held:
         return {.instance = nullptr, .exitCode = 1, .message = alreadyRunning};
     case InstanceLock::Result::failed:
         if (!isQuit(request)) {
-            // Better two instances than none because of a folder that somebody broke.
-            return {.instance = std::unique_ptr<SingleInstance>(new SingleInstance(InstanceLock())),
-                    .exitCode = 0,
-                    .message = "tarvex: cannot lock " + InstanceLock::pathIn(folder) +
-                               "; a second instance would not be noticed\n"};
+            // Better two instances than none because of a folder that somebody broke. On the bus one that
+            // comes later is noticed all the same.
+            return become(service ? ""
+                                  : "tarvex: cannot lock " + InstanceLock::pathIn(folder) +
+                                        "; a second instance would not be noticed\n");
         }
         break;
     case InstanceLock::Result::taken:
         if (!isQuit(request)) {
-            return {.instance = std::unique_ptr<SingleInstance>(new SingleInstance(std::move(lock))),
-                    .exitCode = 0,
-                    .message = {}};
+            return become("");
         }
         break;
     }

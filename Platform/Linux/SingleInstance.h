@@ -15,8 +15,8 @@ class InstanceService;
 /// Being the one instance of the program in this session. With a session bus that is the owner of the name
 /// "org.tarvex.Tarvex", which serves the interface org.freedesktop.Application of the Desktop Entry
 /// Specification: Activate, and the actions "open-editor" (an optional display number, uint32),
-/// "open-preferences" and "quit". Without a bus it is whoever holds a lock. The loss of the bus does the
-/// instance no harm. Main thread only.
+/// "open-preferences" and "quit". With or without a bus it holds a lock, so that one that reaches the bus and
+/// one that does not are never two. The loss of the bus does the instance no harm. Main thread only.
 class SingleInstance {
 public:
     using RequestHandler = std::function<void(const InstanceRequest&)>;
@@ -60,11 +60,11 @@ public:
     void setRequestHandler(RequestHandler handler);
 
 private:
-    explicit SingleInstance(std::unique_ptr<InstanceService> service);
-    explicit SingleInstance(InstanceLock lock);
+    SingleInstance(std::unique_ptr<InstanceService> service, InstanceLock lock);
 
     [[nodiscard]] static Outcome acquireLock(const InstanceRequest& request,
-                                             const InstanceLock::Folder& folder);
+                                             const InstanceLock::Folder& folder,
+                                             std::unique_ptr<InstanceService> service);
 
     std::unique_ptr<InstanceService> service_;
     InstanceLock lock_;

@@ -69,6 +69,9 @@ void XdgLoginItem::unregisterMainApplication() {
         write(entry);
         return;
     }
+    if (places_.userFolder.empty()) {
+        return;
+    }
     if (::unlink(userPath().c_str()) != 0 && errno != ENOENT) {
         throw FileError("Cannot remove \"" + userPath() + "\": " + std::strerror(errno));
     }

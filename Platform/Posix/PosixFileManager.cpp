@@ -186,6 +186,16 @@ public:
         if (hasSameGroup) {
             oldAccess.applyTo(file_);
         }
+        keepReadable();
+    }
+
+    // What the user could not read, and has now written, must be his to read: else the next writing would
+    // take it for a broken file.
+    void keepReadable() {
+        struct stat own = {};
+        if (::fstat(file_.get(), &own) == 0 && (own.st_mode & S_IRUSR) == 0) {
+            static_cast<void>(::fchmod(file_.get(), (own.st_mode & permissionBits) | S_IRUSR) == 0);
+        }
     }
 
     // Ends with the content on the disk and the file closed.
@@ -315,6 +325,10 @@ void PosixFileManager::keepCopy(const std::string& path, const std::string& copy
     const std::string original = resolveLinks(path);
     const std::string target = resolveLinks(copyPath);
     const std::string temporary = folderOf(target) + "/" + randomName();
+    struct stat status = {};
+    if (::lstat(original.c_str(), &status) == 0 && !S_ISREG(status.st_mode)) {
+        fail("Cannot keep", original, EINVAL);
+    }
     if (::link(original.c_str(), temporary.c_str()) != 0) {
         writeFileAtomically(copyPath, readFile(path));
         return;

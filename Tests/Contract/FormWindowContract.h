@@ -119,10 +119,18 @@ protected:
     std::unique_ptr<FormWindow> window_;
 };
 
-TEST_P(FormWindowContract, IsHiddenWhenMadeAndHasAskedForItsForm) {
+TEST_P(FormWindowContract, IsHiddenWhenMade) {
     world_->settle();
     EXPECT_FALSE(window_->isVisible());
     EXPECT_FALSE(world_->hasKeyboard("Window"));
+    window_->setNeedsLayout();
+    window_->close();
+    world_->settle();
+    EXPECT_FALSE(window_->isVisible());
+}
+
+TEST_P(FormWindowContract, HasAskedForItsFormWhenItIsShown) {
+    show();
     EXPECT_EQ(owner_.asked, 1);
     EXPECT_EQ(owner_.lastSize, (Size{400, 300}));
     EXPECT_EQ(seen("button"), (SeenControl{"button", 0, true, false}));

@@ -85,6 +85,23 @@ TEST_P(Hotkeys, BringThePreferencesToTheFrontWithTheKeyboard) {
     EXPECT_EQ(desktop.tarvex.standardError().find("GridEditorController.showEditor"), std::string::npos);
 }
 
+TEST_P(Hotkeys, BringBackPreferencesThatTheUserHasClosed) {
+    Desktop& desktop = startWithHotkeys();
+    TestWindowOptions besideThem;
+    besideThem.geometry = {40, 40, 200, 120};
+    TestWindow window(desktop.server.displayName(), besideThem);
+    desktop.tarvex.start();
+    for (int time = 0; time < 3; ++time) {
+        chord(desktop, {key::super, letter::p});
+        awaitPreferences(desktop);
+        desktop.keyboard.tap(key::escape);
+        awaitNoWindow(desktop, "Preferences");
+        click(desktop, window.managed().requireVisibleFrame().center());
+        desktop.client.waitUntil([&] { return focus(desktop) == window.id(); },
+                                 "the window has the keyboard");
+    }
+}
+
 TEST_P(Hotkeys, OneThatIsTakenIsLoggedAndTheOtherWorks) {
     Desktop& desktop = startWithHotkeys();
     XClient other(desktop.server.displayName());

@@ -123,6 +123,16 @@ TEST_P(StatusItem, GoesAndComesBackAsThePreferencesSay) {
     expectSetting(desktop, "hideMenuBarIcon", false);
 }
 
+TEST_P(StatusItem, KeysOfItsMenuAreNotRecorded) {
+    Desktop& desktop = startWithTray({}, {"--open-preferences"});
+    const xcb_window_t preferences = awaitPreferences(desktop);
+    const PixelPoint recordEditor{460, 99};
+    clickIn(desktop, preferences, recordEditor);
+    choose(desktop, {key::down});
+    awaitWindow(desktop, "About Tarvex");
+    EXPECT_FALSE(config(desktop).contains("openEditorHotkey")) << configText(desktop);
+}
+
 TEST_P(StatusItem, StaysAwayFromTheStartWhenItIsHidden) {
     Desktop& desktop = startWithoutTarvex(
         {.preferencesHotkey = HotkeySetting{letter::pKeyCode, mask::super}, .hidesIcon = true});

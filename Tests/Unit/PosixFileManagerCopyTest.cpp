@@ -70,6 +70,15 @@ TEST_F(PosixFileManagerCopyTest, WhatIsNoFileIsRefused) {
     EXPECT_EQ(folder.entries(), (Names{"file", "sub"}));
 }
 
+TEST_F(PosixFileManagerCopyTest, PipeIsRefusedAndTheEarlierCopyStays) {
+    const std::string pipe = folder.path("pipe");
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    writeContent(copy, "older");
+    EXPECT_NE(errorOf([&] { files.keepCopy(pipe, copy); }), "");
+    EXPECT_EQ(contentOf(copy), "older");
+    EXPECT_EQ(folder.entries(), (Names{"file", "file.bak", "pipe"}));
+}
+
 } // namespace
 
 } // namespace tarvex

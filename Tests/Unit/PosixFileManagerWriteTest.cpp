@@ -65,6 +65,17 @@ TEST_F(PosixFileManagerWriteTest, KeepsThePermissionsOfTheFile) {
     }
 }
 
+TEST_F(PosixFileManagerWriteTest, WhatTheUserHasWrittenIsHisToRead) {
+    const UnprivilegedUser user(folder.path());
+    writeContent(folder.path("file"), "old");
+    for (const mode_t mode : {0000U, 0200U, 0044U}) {
+        ASSERT_EQ(chmod(folder.path("file").c_str(), mode), 0);
+        files.writeFileAtomically(folder.path("file"), "new");
+        EXPECT_EQ(modeOf(folder.path("file")), mode | 0400U);
+        EXPECT_EQ(files.readFile(folder.path("file")), "new");
+    }
+}
+
 TEST_F(PosixFileManagerWriteTest, KeepsTheOwnerAsFarAsTheUserMay) {
     writeContent(folder.path("file"), "old");
     const bool isGivenAway = chown(folder.path("file").c_str(), 12345, 23456) == 0;

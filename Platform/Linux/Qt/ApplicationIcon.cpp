@@ -1,11 +1,12 @@
 #include "Platform/Linux/Qt/ApplicationIcon.h"
 
+#include "Platform/Linux/Qt/DrawnIcon.h"
 #include "Platform/Linux/X11/SystemPalette.h"
 
 #include <QLinearGradient>
 #include <QPainter>
-#include <QPixmap>
 
+#include <algorithm>
 #include <array>
 
 namespace tarvex {
@@ -20,10 +21,10 @@ struct Tile {
     QColor color;
 };
 
-QPixmap drawn(int side) {
-    QPixmap pixmap(side, side);
-    pixmap.fill(Qt::transparent);
-    QPainter painter(&pixmap);
+QImage drawn(int side) {
+    QImage image(std::max(side, 1), std::max(side, 1), QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.scale(1.0 * side / designSide, 1.0 * side / designSide);
     painter.setPen(Qt::NoPen);
@@ -40,17 +41,14 @@ QPixmap drawn(int side) {
         painter.setBrush(tile.color);
         painter.drawRoundedRect(tile.rect, 6, 6);
     }
-    return pixmap;
+    painter.end();
+    return image;
 }
 
 } // namespace
 
 QIcon applicationIcon() {
-    QIcon icon;
-    for (const int side : {16, 24, 32, 48, 64}) {
-        icon.addPixmap(drawn(side));
-    }
-    return icon;
+    return drawnIcon(&drawn);
 }
 
 } // namespace tarvex

@@ -1,9 +1,9 @@
 #include "Platform/Linux/Qt/GridGlyph.h"
 
+#include "Platform/Linux/Qt/DrawnIcon.h"
+
 #include <QColor>
-#include <QIconEngine>
 #include <QPainter>
-#include <QPixmap>
 
 #include <algorithm>
 
@@ -22,31 +22,6 @@ void drawTile(QPainter& painter, const QRect& tile, int rim) {
     painter.setBrush(QColor::fromRgba(lightColor));
     painter.drawRoundedRect(tile.adjusted(rim, rim, -rim, -rim), innerRadius, innerRadius);
 }
-
-class GridGlyphEngine final : public QIconEngine {
-public:
-    void paint(QPainter* painter, const QRect& rect, QIcon::Mode /*mode*/, QIcon::State /*state*/) override {
-        const qreal ratio = painter->device()->devicePixelRatio();
-        const int side = std::min(rect.width(), rect.height());
-        QImage image = GridGlyph::image(qRound(side * ratio));
-        image.setDevicePixelRatio(ratio);
-        painter->drawImage(
-            QPointF(rect.x() + (rect.width() - side) / 2.0, rect.y() + (rect.height() - side) / 2.0), image);
-    }
-
-    // The base would paint onto whatever the memory holds.
-    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
-        QPixmap result(size);
-        result.fill(Qt::transparent);
-        QPainter painter(&result);
-        paint(&painter, QRect(QPoint(0, 0), size), mode, state);
-        return result;
-    }
-
-    [[nodiscard]] QIconEngine* clone() const override { return new GridGlyphEngine; }
-
-    bool isNull() override { return false; }
-};
 
 } // namespace
 
@@ -74,7 +49,7 @@ QImage GridGlyph::image(int side) {
 }
 
 QIcon GridGlyph::icon() {
-    return QIcon(new GridGlyphEngine);
+    return drawnIcon(&GridGlyph::image);
 }
 
 } // namespace tarvex

@@ -1,5 +1,7 @@
 #include "Platform/Linux/Qt/QtFormWindow.h"
 
+#include "Platform/Linux/Qt/ToolkitConnection.h"
+
 #include <QApplication>
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -47,13 +49,13 @@ QPoint scaledPoint(const QPoint& pixel, const QScreen& screen) {
 
 /// Waits until the server has all that the toolkit has asked of it. None when the toolkit works without one.
 std::optional<xcb_window_t> nativeWindowOf(QWidget& widget) {
-    const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (x11 == nullptr) {
+    xcb_connection_t* const connection = toolkitConnection();
+    if (connection == nullptr) {
         return std::nullopt;
     }
     const auto window = static_cast<xcb_window_t>(widget.winId());
     const XcbOwned<xcb_get_input_focus_reply_t> reply(
-        xcb_get_input_focus_reply(x11->connection(), xcb_get_input_focus(x11->connection()), nullptr));
+        xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
     return window;
 }
 
@@ -119,19 +121,27 @@ QtFormWindow::QtFormWindow(QtFormWindowPlatform& platform, const FormWindowAttri
       contentSize_(attributes.contentSize),
       widget_(std::make_unique<FormWidget>(attributes)),
       realizer_(*widget_, platform.surroundings_.fonts,
-                [this](const std::string& id, double value) { handleUse(id, value); }),
-      native_(nativeWindowOf(*widget_)) {
-    if (native_) {
-        borders_ =
-            std::make_unique<XWindowBorders>(platform.surroundings_.connection, platform.surroundings_.pump,
-                                             *native_, [this] { handleBorders(); });
-    }
+                [this](const std::string& id, double value) { handleUse(id, value); }) {
+    bindNative();
     widget_->lookChanged = [this] {
         realizer_.forgetShown();
         setNeedsLayout();
     };
     widget_->hidden = [this] { handleHiding(); };
     layOut();
+}
+
+void QtFormWindow::bindNative() {
+    if (native_ && *native_ == static_cast<xcb_window_t>(widget_->winId())) {
+        return;
+    }
+    handleHiding();
+    native_ = nativeWindowOf(*widget_);
+    if (native_) {
+        borders_ = std::make_unique<XWindowBorders>(platform_->surroundings_.connection,
+                                                    platform_->surroundings_.pump, *native_,
+                                                    [this] { handleBorders(); });
+    }
 }
 
 QtFormWindow::~QtFormWindow() {
@@ -168,6 +178,7 @@ void QtFormWindow::handleUse(const std::string& id, double value) {
 }
 
 void QtFormWindow::center() {
+    bindNative();
     const bool isShown = isVisible();
     const auto area = platform_->visibleAreaFor(isShown ? std::optional(pixelFrame()) : std::nullopt);
     if (!area) {
@@ -203,6 +214,7 @@ PixelRect QtFormWindow::pixelFrame() const {
 }
 
 void QtFormWindow::makeKeyAndOrderFront() {
+    bindNative();
     if (needsLayout_) {
         layOut();
     }

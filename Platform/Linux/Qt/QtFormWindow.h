@@ -56,6 +56,9 @@ public:
     [[nodiscard]] FormWidget& widget() { return *widget_; }
 
 private:
+    /// The toolkit destroys the native window of one that the user closes, and makes another for the next
+    /// showing.
+    void bindNative();
     void layOut();
     void handleHiding();
     void handleUse(const std::string& id, double value);

@@ -1,5 +1,6 @@
 #include "Platform/Linux/Qt/QtFormWindowPlatform.h"
 
+#include "Platform/Linux/Qt/LazyFormWindow.h"
 #include "Platform/Linux/Qt/QtFormWindow.h"
 
 #include <algorithm>
@@ -13,9 +14,11 @@ QtFormWindowPlatform::~QtFormWindowPlatform() = default;
 
 std::unique_ptr<FormWindow> QtFormWindowPlatform::makeFormWindow(const FormWindowAttributes& attributes,
                                                                  FormOwner& owner) {
-    auto window = std::make_unique<QtFormWindow>(*this, attributes, owner);
-    windows_.insert(windows_.begin(), window.get());
-    return window;
+    return std::make_unique<LazyFormWindow>([this, attributes, &owner] {
+        auto window = std::make_unique<QtFormWindow>(*this, attributes, owner);
+        windows_.insert(windows_.begin(), window.get());
+        return window;
+    });
 }
 
 void QtFormWindowPlatform::activateIgnoringOtherApps() {

@@ -6,7 +6,7 @@
 #include "Platform/Linux/X11/XKeyboardNotices.h"
 #include "Platform/Linux/X11/XModifierMap.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QKeyEvent>
 #include <QObject>
 
@@ -168,7 +168,7 @@ bool QtKeyMonitor::Filter::handleRepetition(const QKeyEvent& event) {
         return known->second.isSwallowed;
     }
     if (lastRelease_.key != key || !lastRelease_.isSwallowed) {
-        return !handlers_.empty();
+        return !handlers_.empty() && QApplication::activePopupWidget() == nullptr;
     }
     // That was no release.
     const bool isSwallowed = *lastRelease_.isSwallowed;
@@ -181,7 +181,9 @@ bool QtKeyMonitor::Filter::decide(const QKeyEvent& event) {
     const quint32 key = event.nativeScanCode();
     const std::optional<std::uint16_t> keyCode = keyCodeOf(event);
     down_.erase(key);
-    if (handlers_.empty() || (keyCode && isModifierKey(*keyCode))) {
+    // The keys of an open menu are the menu's.
+    const bool isMenuOpen = QApplication::activePopupWidget() != nullptr;
+    if (handlers_.empty() || isMenuOpen || (keyCode && isModifierKey(*keyCode))) {
         return false;
     }
     // A handler that removes its monitor must find that the rest of the key is waited for.

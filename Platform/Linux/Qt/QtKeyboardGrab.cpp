@@ -1,5 +1,7 @@
 #include "Platform/Linux/Qt/QtKeyboardGrab.h"
 
+#include "Platform/Linux/Qt/ToolkitConnection.h"
+
 #include <QGuiApplication>
 #include <xcb/xcb.h>
 
@@ -94,8 +96,8 @@ void QtKeyboardGrab::letGo() {
     if (holder_ && holder_->handle() != nullptr) {
         holder_->setKeyboardGrabEnabled(false);
         // The toolkit would send it with the next request, and the desktop wait for its keys until then.
-        if (const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>()) {
-            xcb_flush(x11->connection());
+        if (xcb_connection_t* const connection = toolkitConnection()) {
+            xcb_flush(connection);
         }
     }
     holder_ = nullptr;

@@ -8,9 +8,10 @@
 namespace tarvex {
 
 XHotkeyGrabs::XHotkeyGrabs(XConnection& connection, XEventPump& pump,
-                           std::function<void(const HotkeyIdentifier&)> pressed)
+                           std::function<void(const HotkeyIdentifier&)> pressed, HotkeyLossHandler lost)
     : connection_(&connection),
       pressed_(std::move(pressed)),
+      lost_(std::move(lost)),
       modifiers_(connection),
       keyboardNotices_(connection, pump, [this] { hasKeyboardChanged_ = true; }),
       subscriptions_{pump.subscribe(XCB_KEY_PRESS,
@@ -123,7 +124,11 @@ void XHotkeyGrabs::handleTurnEnd() {
         std::vector<Grab> missing;
         std::set_difference(wanted.begin(), wanted.end(), before.begin(), before.end(),
                             std::back_inserter(missing));
-        hotkey.grabs = grab(missing) == 0 ? std::move(wanted) : std::set<Grab>();
+        const std::int32_t status = wanted.empty() ? XCB_MATCH : grab(missing);
+        hotkey.grabs = status == 0 ? std::move(wanted) : std::set<Grab>();
+        if (status != 0) {
+            lost_(hotkey.identifier, status);
+        }
     }
     // The new ones are in place before the old ones go, so that no press falls between.
     const std::set<Grab> after = held();

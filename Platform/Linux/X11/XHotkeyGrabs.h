@@ -16,6 +16,9 @@
 
 namespace tarvex {
 
+/// Hears of a registered hotkey that stopped working, with a status as a registration would have given it.
+using HotkeyLossHandler = std::function<void(const HotkeyIdentifier&, std::int32_t status)>;
+
 /// Key combinations grabbed on the root window, by the physical key and once for each combination of the
 /// locks (X Window System Protocol, GrabKey). The server takes such a press away from all other clients. When
 /// the keyboard's map changes, the grabs move to the modifiers that stand for the same keys then; what
@@ -25,8 +28,10 @@ class XHotkeyGrabs {
 public:
     /// Waits for the server. Connection and pump must outlive the object.
     /// @param pressed called from the pump for each press; it may destroy the object
+    /// @param lost called from the pump with an X error code when a hotkey is held by nobody or by another
+    ///   client after the keyboard's map has changed; it must not destroy the object
     XHotkeyGrabs(XConnection& connection, XEventPump& pump,
-                 std::function<void(const HotkeyIdentifier&)> pressed);
+                 std::function<void(const HotkeyIdentifier&)> pressed, HotkeyLossHandler lost);
 
     XHotkeyGrabs(const XHotkeyGrabs&) = delete;
     XHotkeyGrabs& operator=(const XHotkeyGrabs&) = delete;
@@ -75,6 +80,7 @@ private:
 
     XConnection* connection_;
     std::function<void(const HotkeyIdentifier&)> pressed_;
+    HotkeyLossHandler lost_;
     XModifierMap modifiers_;
     XKeyboardNotices keyboardNotices_;
     std::array<std::unique_ptr<XEventPump::Subscription>, 3> subscriptions_;

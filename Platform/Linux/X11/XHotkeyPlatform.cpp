@@ -70,9 +70,10 @@ private:
 
 } // namespace
 
-XHotkeyPlatform::XHotkeyPlatform(XConnection& connection, XEventPump& pump)
+XHotkeyPlatform::XHotkeyPlatform(XConnection& connection, XEventPump& pump, HotkeyLossHandler lost)
     : grabs_(std::make_shared<XHotkeyGrabs>(
-          connection, pump, [this](const HotkeyIdentifier& identifier) { handlePress(identifier); })) {}
+          connection, pump, [this](const HotkeyIdentifier& identifier) { handlePress(identifier); },
+          std::move(lost))) {}
 
 std::unique_ptr<HotkeyHandler> XHotkeyPlatform::installHandler(PressHandler handler) {
     handler_ = std::make_shared<PressHandler>(std::move(handler));

@@ -19,7 +19,10 @@ namespace tarvex {
 class XHotkeyPlatform final : public HotkeyPlatform {
 public:
     /// Connection and pump must outlive the platform; hotkeys and handlers need not go before it.
-    XHotkeyPlatform(XConnection& connection, XEventPump& pump);
+    /// @param lost called from the pump; it must not destroy the platform
+    XHotkeyPlatform(
+        XConnection& connection, XEventPump& pump,
+        HotkeyLossHandler lost = [](const HotkeyIdentifier&, std::int32_t) {});
 
     /// Never null. The handler of a later call takes over.
     [[nodiscard]] std::unique_ptr<HotkeyHandler> installHandler(PressHandler handler) override;

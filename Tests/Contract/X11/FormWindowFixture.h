@@ -38,6 +38,8 @@ protected:
         attributes.contentSize = {400, 300};
         attributes.level = level_;
         window_ = desktop_->windows.makeFormWindow(attributes, owner_);
+        // Has it made, which otherwise waits until it is shown.
+        window_->center();
         desktop_->settle();
     }
 

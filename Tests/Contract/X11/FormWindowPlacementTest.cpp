@@ -48,6 +48,7 @@ TEST_F(FormWindowTwoMonitors, IsInTheMiddleOfTheMonitorUnderThePointer) {
     EXPECT_TRUE(becomesCentered(right_)) << managed().requireVisibleFrame();
     window_->close();
     desktop_->pointer.moveTo({100, 1000});
+    desktop_->settle();
     show();
     EXPECT_TRUE(becomesCentered(left_)) << managed().requireVisibleFrame();
 }

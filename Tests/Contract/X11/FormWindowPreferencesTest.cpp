@@ -42,6 +42,9 @@ protected:
         about_ = std::make_unique<AboutWindowController>(
             std::make_unique<AboutViewController>([] { return std::string("1.2.0"); }, *measurer_),
             desktop_->windows);
+        // Has them made, which otherwise waits until they are shown.
+        preferences_->window().center();
+        about_->window().center();
     }
 
     void TearDown() override {

@@ -19,7 +19,9 @@ protected:
     explicit HotkeyX11(int screens = 1) : server_(1280, 1024, screens) {}
 
     void install() {
-        platform_ = std::make_unique<XHotkeyPlatform>(*adapters_.connection, adapters_.pump);
+        platform_ = std::make_unique<XHotkeyPlatform>(
+            *adapters_.connection, adapters_.pump,
+            [this](const HotkeyIdentifier& hotkey, std::int32_t status) { lost_[hotkey.id] = status; });
         handler_ = platform_->installHandler([this](const HotkeyIdentifier& identifier) {
             pressed_.push_back(identifier.id);
             if (onPress_) {
@@ -50,6 +52,7 @@ protected:
     test::Keyboard& keyboard_ = typist_.keyboard();
     GrabbingClient other_{server_.displayName()};
     Ids pressed_;
+    std::map<std::uint32_t, std::int32_t> lost_;
     std::function<void()> onPress_;
     std::unique_ptr<XHotkeyPlatform> platform_;
     std::unique_ptr<HotkeyHandler> handler_;
@@ -186,6 +189,7 @@ TEST_F(HotkeyX11, GrabsFollowTheModifierMap) {
     setModifierMap(other_.client(), modifiers);
     adapters_.catchUp();
     EXPECT_EQ(other_.statesTaken(x_key::letterE), (States{32, 32 | 2, 32 | 16, 32 | 16 | 2}));
+    EXPECT_TRUE(lost_.empty());
     EXPECT_EQ(heardDuring([&] { typist_.type(keyE, command); }), 1U);
 }
 
@@ -227,6 +231,7 @@ TEST_F(HotkeyX11, HotkeyReturnsWithItsModifier) {
     setModifierMap(other_.client(), modifiers);
     adapters_.catchUp();
     EXPECT_TRUE(other_.isFree(x_key::letterE));
+    EXPECT_EQ(lost_, (std::map<std::uint32_t, std::int32_t>{{1, XCB_MATCH}}));
     setModifierMap(other_.client(), standardModifiers);
     EXPECT_EQ(heardDuring([&] { typist_.type(keyE, command); }), 1U);
 }
@@ -240,6 +245,7 @@ TEST_F(HotkeyX11, HotkeyThatLostItsPlaceIsTriedAgainWithTheNextChange) {
     setModifierMap(other_.client(), modifiers);
     adapters_.catchUp();
     EXPECT_TRUE(other_.isFree(x_key::letterE));
+    EXPECT_EQ(lost_, (std::map<std::uint32_t, std::int32_t>{{1, XCB_ACCESS}}));
 
     other_.ungrab(XCB_MOD_MASK_3 | XCB_MOD_MASK_LOCK, x_key::letterE);
     modifiers[XCB_MAP_INDEX_5] = {x_key::scrollLock};

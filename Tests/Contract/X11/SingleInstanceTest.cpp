@@ -22,6 +22,8 @@ namespace tarvex::contract {
 
 namespace {
 
+constexpr const char* alreadyRunning =
+    "tarvex: already running, but not to be reached over the session bus\n";
 const InstanceRequest noRequest{};
 const InstanceRequest openPreferences{InstanceRequestKind::openPreferences, std::nullopt};
 const InstanceRequest quitRequest{InstanceRequestKind::quit, std::nullopt};
@@ -213,9 +215,32 @@ TEST_F(SingleInstanceTest, LossOfTheBusDoesNoHarm) {
     EXPECT_TRUE(application_.waitUntil(hasNoticed));
     application_.settle();
     // With the bus gone, the next start has the lock to go by.
-    EXPECT_NE(SingleInstance::acquire(noRequest, options_).instance, nullptr);
+    EXPECT_EQ(SingleInstance::acquire(noRequest, options_).message, alreadyRunning);
     first_.reset();
+    EXPECT_NE(SingleInstance::acquire(noRequest, options_).instance, nullptr);
     EXPECT_TRUE(requests_.empty());
+}
+
+TEST_F(SingleInstanceTest, OneWithAndOneWithoutTheBusAreNeverTwo) {
+    SingleInstance::Options withoutBus = options_;
+    withoutBus.busAddress.clear();
+    for (const auto& [first, second] : {std::pair(options_, withoutBus), std::pair(withoutBus, options_)}) {
+        const SingleInstance::Outcome outcome = SingleInstance::acquire(noRequest, first);
+        ASSERT_NE(outcome.instance, nullptr);
+        const SingleInstance::Outcome other = SingleInstance::acquire(noRequest, second);
+        EXPECT_EQ(other.instance, nullptr);
+        EXPECT_EQ(other.exitCode, 1);
+        EXPECT_EQ(other.message, alreadyRunning);
+    }
+}
+
+TEST_F(SingleInstanceTest, AnotherSessionOfTheUserHasALockOfItsOwn) {
+    options_.busAddress.clear();
+    options_.lockFolder.session = ":0";
+    const SingleInstance::Outcome one = SingleInstance::acquire(noRequest, options_);
+    options_.lockFolder.session = ":1";
+    EXPECT_NE(SingleInstance::acquire(noRequest, options_).instance, nullptr);
+    EXPECT_NE(one.instance, nullptr);
 }
 
 TEST_F(SingleInstanceTest, WithoutABusTheLockKeepsTheSecondOut) {
@@ -228,8 +253,7 @@ TEST_F(SingleInstanceTest, WithoutABusTheLockKeepsTheSecondOut) {
             const SingleInstance::Outcome second = SingleInstance::acquire(request, options_);
             EXPECT_EQ(second.instance, nullptr);
             EXPECT_EQ(second.exitCode, 1);
-            EXPECT_EQ(second.message,
-                      "tarvex: already running (without a session bus it cannot be reached)\n");
+            EXPECT_EQ(second.message, alreadyRunning);
         }
         outcome.instance.reset();
         EXPECT_NE(SingleInstance::acquire(noRequest, options_).instance, nullptr) << address;
