@@ -14,8 +14,7 @@ demonstration_packages=(
 test_packages=(
     "${demonstration_packages[@]}"
     git clang-16 libclang-rt-16-dev clang-format-16 xfwm4 i3-wm desktop-file-utils groff-base dpkg-dev
-    lld-16 libc++-16-dev musl-dev gnustep-make libgnustep-gui-dev gnustep-back0.29-cairo libobjc-12-dev
-    libblocksruntime-dev
+    lld-16 libc++-16-dev musl-dev gnustep-make libgnustep-gui-dev gobjc libblocksruntime-dev
 )
 
 as_root() {
@@ -29,6 +28,21 @@ as_root() {
 is_installed() {
     # The provider of a virtual package counts as well.
     [ "$(dpkg-query -W -f '${db:Status-Status}' "$1" 2>/dev/null)" = installed ]
+}
+
+# Some packages carry their version in their name: prints the newest whose name fits, or nothing.
+newest_package() {
+    apt-cache pkgnames | grep -E "^$1\$" | sort -V | tail -n 1
+}
+
+# What draws for GNUstep.
+gnustep_backend() {
+    local pattern='gnustep-back[0-9.]+-cairo'
+    if [ -z "$(newest_package "$pattern")" ]; then
+        # A fresh machine knows no packages yet.
+        as_root apt-get update -qq
+    fi
+    newest_package "$pattern"
 }
 
 install_debian_packages() {
@@ -56,7 +70,7 @@ install_dependencies() {
         local packages=("${build_packages[@]}")
         case "$1" in
         demonstration) packages+=("${demonstration_packages[@]}") ;;
-        test) packages+=("${test_packages[@]}") ;;
+        test) packages+=("${test_packages[@]}" "$(gnustep_backend)") ;;
         esac
         install_debian_packages "${packages[@]}"
         ;;

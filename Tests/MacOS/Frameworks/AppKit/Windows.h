@@ -119,6 +119,7 @@ enum NSWindowCollectionBehavior : NSUInteger {
                               defer:(BOOL)isDeferred;
 - (NSRect)constrainFrameRect:(NSRect)frameRect toScreen:(NSScreen*)screen;
 - (NSRect)frame;
+- (NSWindowStyleMask)styleMask;
 - (NSString*)title;
 - (void)setTitle:(NSString*)title;
 - (NSView*)contentView;

@@ -1,0 +1,36 @@
+#include "Platform/MacOS/AppKit/ActivationLoan.h"
+
+#include <utility>
+
+namespace tarvex {
+
+namespace {
+
+// The toolkit keeps windows of its own as well, such as that of the status item; they have no title.
+bool hasTitledWindow(NSWindow* closing) {
+    for (NSWindow* window in [NSApp windows]) {
+        const bool hasTitle = ([window styleMask] & NSWindowStyleMaskTitled) != 0;
+        if (window != closing && hasTitle && [window isVisible]) {
+            return true;
+        }
+    }
+    return false;
+}
+
+} // namespace
+
+void ActivationLoan::borrow() {
+    if (![NSApp isActive]) {
+        lender_ =
+            ObjCHandle<NSRunningApplication*>::share([[NSWorkspace sharedWorkspace] frontmostApplication]);
+    }
+}
+
+void ActivationLoan::giveBack(NSWindow* closing) {
+    const auto lender = std::exchange(lender_, {});
+    if (lender && [NSApp isActive] && !hasTitledWindow(closing)) {
+        [lender.get() activateWithOptions:0];
+    }
+}
+
+} // namespace tarvex

@@ -1,0 +1,121 @@
+#include "Platform/MacOS/AppKit/AppKitFormWindowPlatform.h"
+
+#include "Platform/MacOS/AppKit/FormRealizer.h"
+#include "Platform/MacOS/AppKit/NativeGeometry.h"
+#include "Platform/MacOS/AppKit/NativeText.h"
+
+#import <AppKit/AppKit.h>
+#include <utility>
+
+namespace tarvex {
+
+namespace {
+
+/// Closing hides the window and keeps it; only its handle releases it.
+ObjCHandle<NSWindow*> makeTitledWindow(const FormWindowAttributes& attributes) {
+    const NSRect content = NSMakeRect(0, 0, attributes.contentSize.width, attributes.contentSize.height);
+    auto window = ObjCHandle<NSWindow*>::adopt([[NSWindow alloc]
+        initWithContentRect:content
+                  styleMask:static_cast<NSWindowStyleMask>(attributes.styleMask)
+                    backing:NSBackingStoreBuffered
+                      defer:NO]);
+    [window.get() setReleasedWhenClosed:NO];
+    [window.get() setTitle:makeString(attributes.title).get()];
+    [window.get() setLevel:attributes.level];
+    [window.get() setAutorecalculatesKeyViewLoop:YES];
+    return window;
+}
+
+class AppKitFormWindow final : public FormWindow {
+public:
+    AppKitFormWindow(MainLoop& mainLoop, const FormWindowAttributes& attributes, FormOwner& owner)
+        : mainLoop_(&mainLoop), owner_(&owner), contentSize_(attributes.contentSize) {
+        @autoreleasepool {
+            window_ = makeTitledWindow(attributes);
+            controls_ = std::make_unique<FormRealizer>(
+                [window_.get() contentView],
+                [this](const std::string& controlId, double value) { handleUse(controlId, value); });
+            layOut();
+        }
+    }
+
+    AppKitFormWindow(const AppKitFormWindow&) = delete;
+    AppKitFormWindow& operator=(const AppKitFormWindow&) = delete;
+    AppKitFormWindow(AppKitFormWindow&&) = delete;
+    AppKitFormWindow& operator=(AppKitFormWindow&&) = delete;
+
+    ~AppKitFormWindow() override {
+        @autoreleasepool {
+            [window_.get() close];
+            keepForThisTurn(window_.get());
+        }
+    }
+
+    [[nodiscard]] bool isVisible() const override { return [window_.get() isVisible] == YES; }
+
+    void setNeedsLayout() override {
+        if (!std::exchange(isLayoutDue_, true)) {
+            mainLoop_->post([this, life = std::weak_ptr<const bool>(life_)] {
+                if (!life.expired() && isLayoutDue_) {
+                    layOut();
+                }
+            });
+        }
+    }
+
+    void center() override {
+        @autoreleasepool {
+            [window_.get() center];
+        }
+    }
+
+    void makeKeyAndOrderFront() override {
+        @autoreleasepool {
+            if (isLayoutDue_) {
+                layOut();
+            }
+            [window_.get() makeKeyAndOrderFront:nil];
+        }
+    }
+
+    void close() override {
+        @autoreleasepool {
+            [window_.get() close];
+        }
+    }
+
+private:
+    void layOut() {
+        isLayoutDue_ = false;
+        controls_->realize(owner_->form(contentSize_));
+    }
+
+    void handleUse(const std::string& controlId, double value) {
+        owner_->controlChanged(controlId, value);
+        layOut();
+    }
+
+    MainLoop* mainLoop_;
+    FormOwner* owner_;
+    Size contentSize_;
+    ObjCHandle<NSWindow*> window_;
+    std::unique_ptr<FormRealizer> controls_;
+    bool isLayoutDue_ = false;
+    /// Ends with the window, which tells a posted call that nobody wants it any more.
+    std::shared_ptr<const bool> life_ = std::make_shared<const bool>(true);
+};
+
+} // namespace
+
+std::unique_ptr<FormWindow> AppKitFormWindowPlatform::makeFormWindow(const FormWindowAttributes& attributes,
+                                                                     FormOwner& owner) {
+    return std::make_unique<AppKitFormWindow>(*mainLoop_, attributes, owner);
+}
+
+void AppKitFormWindowPlatform::activateIgnoringOtherApps() {
+    @autoreleasepool {
+        [NSApp activateIgnoringOtherApps:YES];
+    }
+}
+
+} // namespace tarvex

@@ -1,0 +1,58 @@
+#include "Platform/MacOS/AppKit/ControlRealizer.h"
+#include "Platform/MacOS/AppKit/NativeColors.h"
+#include "Platform/MacOS/AppKit/NativeFonts.h"
+#include "Platform/MacOS/AppKit/NativeGeometry.h"
+
+#import <QuartzCore/QuartzCore.h>
+
+namespace tarvex {
+
+namespace {
+
+NSColor* colorOrNil(const std::optional<Color>& color) {
+    return color ? nativeColor(*color) : nil;
+}
+
+void applyShadow(CALayer* layer, const ControlShadow& shadow) {
+    [layer setShadowColor:[nativeColor(shadow.color) CGColor]];
+    [layer setShadowOpacity:static_cast<float>(shadow.opacity)];
+    [layer setShadowRadius:shadow.radius];
+    [layer setShadowOffset:nativeSize(shadow.offset)];
+}
+
+void applyToLayer(CALayer* layer, const ButtonStyle& style) {
+    [layer setCornerRadius:style.cornerRadius];
+    [layer setBorderWidth:style.borderWidth];
+    if (style.borderColor) {
+        [layer setBorderColor:[nativeColor(*style.borderColor) CGColor]];
+    }
+    if (style.backgroundColor) {
+        [layer setBackgroundColor:[nativeColor(*style.backgroundColor) CGColor]];
+    }
+    if (style.shadow) {
+        applyShadow(layer, *style.shadow);
+    }
+}
+
+bool needsLayer(const ButtonStyle& style) {
+    return style.cornerRadius != 0 || style.borderWidth != 0 || style.backgroundColor || style.shadow;
+}
+
+} // namespace
+
+void applyButtonStyle(NSButton* button, const Control& control, const ButtonStyle& style) {
+    [button setBezelStyle:static_cast<NSBezelStyle>(style.bezelStyle)];
+    [button setAlphaValue:style.alpha];
+    [button setBezelColor:colorOrNil(style.bezelColor)];
+    [button setContentTintColor:colorOrNil(style.contentTintColor)];
+    if (style.titleColor) {
+        const auto title = makeAttributedString(control.text, control.font, nativeColor(*style.titleColor));
+        [button setAttributedTitle:title.get()];
+    }
+    if (needsLayer(style)) {
+        [button setWantsLayer:YES];
+        applyToLayer([button layer], style);
+    }
+}
+
+} // namespace tarvex

@@ -1,0 +1,151 @@
+#include "Platform/MacOS/AppKit/ControlRealizer.h"
+
+#include "Platform/MacOS/AppKit/NativeColors.h"
+#include "Platform/MacOS/AppKit/NativeFonts.h"
+#include "Platform/MacOS/AppKit/NativeGeometry.h"
+#include "Platform/MacOS/AppKit/NativeText.h"
+
+#include <utility>
+
+namespace tarvex {
+
+namespace {
+
+class LabelRealizer final : public ControlRealizer {
+public:
+    LabelRealizer() : LabelRealizer([[NSTextField alloc] initWithFrame:NSZeroRect]) {}
+
+protected:
+    void show(const Control& control) override {
+        [field_ setStringValue:makeString(control.text).get()];
+        [field_ setTextColor:nativeColor(control.textColor)];
+        [field_ setAlignment:control.alignment == TextAlignment::center ? NSTextAlignmentCenter
+                                                                        : NSTextAlignmentNatural];
+        [[field_ cell] setWraps:control.wrapsText ? YES : NO];
+        [[field_ cell]
+            setLineBreakMode:control.wrapsText ? NSLineBreakByWordWrapping : NSLineBreakByClipping];
+    }
+
+private:
+    explicit LabelRealizer(NSTextField* field)
+        : ControlRealizer(ObjCHandle<NSControl*>::adopt(field)), field_(field) {
+        [field setEditable:NO];
+        [field setSelectable:NO];
+        [field setBordered:NO];
+        [field setBezeled:NO];
+        [field setDrawsBackground:NO];
+    }
+
+    NSTextField* field_;
+};
+
+class SliderRealizer final : public ControlRealizer {
+public:
+    explicit SliderRealizer(Used used)
+        : SliderRealizer([[NSSlider alloc] initWithFrame:NSZeroRect], std::move(used)) {}
+
+protected:
+    void show(const Control& control) override {
+        [slider_ setMinValue:control.minimumValue];
+        [slider_ setMaxValue:control.maximumValue];
+        // A drag of the knob that is going on is not to be disturbed.
+        if ([slider_ doubleValue] != control.value) {
+            [slider_ setDoubleValue:control.value];
+        }
+    }
+
+private:
+    SliderRealizer(NSSlider* slider, Used used)
+        : ControlRealizer(ObjCHandle<NSControl*>::adopt(slider)), slider_(slider) {
+        [slider setContinuous:YES];
+        [slider setNumberOfTickMarks:0];
+        [slider setAllowsTickMarkValuesOnly:NO];
+        listen([slider, used = std::move(used)] { used([slider doubleValue]); });
+    }
+
+    NSSlider* slider_;
+};
+
+class ButtonRealizer final : public ControlRealizer {
+public:
+    ButtonRealizer(NSButtonType type, Used used)
+        : ButtonRealizer([[NSButton alloc] initWithFrame:NSZeroRect], type, std::move(used)) {}
+
+protected:
+    void show(const Control& control) override {
+        [button_ setTitle:makeString(control.text).get()];
+        if (isCheckbox_) {
+            [button_ setState:control.value != 0 ? NSControlStateValueOn : NSControlStateValueOff];
+        } else {
+            applyButtonStyle(button_, control, control.buttonStyle.value_or(ButtonStyle{}));
+        }
+    }
+
+private:
+    ButtonRealizer(NSButton* button, NSButtonType type, Used used)
+        : ControlRealizer(ObjCHandle<NSControl*>::adopt(button)),
+          button_(button),
+          isCheckbox_(type == NSButtonTypeSwitch) {
+        [button setButtonType:type];
+        listen([button, isCheckbox = isCheckbox_, used = std::move(used)] {
+            used(isCheckbox && [button state] == NSControlStateValueOn ? 1 : 0);
+        });
+    }
+
+    NSButton* button_;
+    bool isCheckbox_;
+};
+
+bool hasWords(NSString* text) {
+    const NSRange found = [text rangeOfCharacterFromSet:[NSCharacterSet alphanumericCharacterSet]];
+    return found.location != NSNotFound;
+}
+
+} // namespace
+
+std::unique_ptr<ControlRealizer> ControlRealizer::make(ControlKind kind, Used used) {
+    switch (kind) {
+    case ControlKind::slider:
+        return std::make_unique<SliderRealizer>(std::move(used));
+    case ControlKind::pushButton:
+        return std::make_unique<ButtonRealizer>(NSButtonTypeMomentaryPushIn, std::move(used));
+    case ControlKind::checkbox:
+        return std::make_unique<ButtonRealizer>(NSButtonTypeSwitch, std::move(used));
+    case ControlKind::label:
+        break;
+    }
+    return std::make_unique<LabelRealizer>();
+}
+
+ControlRealizer::~ControlRealizer() {
+    [view_.get() setTarget:nil];
+    keepForThisTurn(view_.get());
+    [view_.get() removeFromSuperview];
+}
+
+void ControlRealizer::listen(std::function<void()> used) {
+    target_ = std::make_unique<ActionTarget>([used = std::move(used)](id /*sender*/) { used(); });
+    [view_.get() setTarget:target_->object()];
+    [view_.get() setAction:ActionTarget::selector()];
+}
+
+void ControlRealizer::realize(const Control& control) {
+    if (shown_ == control) {
+        return;
+    }
+    NSControl* const view = view_.get();
+    [view setFont:nativeFont(control.font)];
+    show(control);
+    [view setFrame:nativeRect(control.frame)];
+    [view setEnabled:control.isEnabled ? YES : NO];
+    [view setHidden:control.isHidden ? YES : NO];
+    const auto toolTip = makeString(control.toolTip);
+    [view setToolTip:control.toolTip.empty() ? nil : toolTip.get()];
+    // A symbol alone says nothing to who hears it.
+    const auto text = makeString(control.text);
+    const bool saysEnough = control.toolTip.empty() || hasWords(text.get());
+    [view setAccessibilityLabel:saysEnough ? text.get() : toolTip.get()];
+    shown_ = control;
+}
+
+} // namespace tarvex

@@ -1,0 +1,67 @@
+#include "Platform/MacOS/AppKit/FormRealizer.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace tarvex {
+
+FormRealizer::FormRealizer(NSView* view, Used used)
+    : view_(ObjCHandle<NSView*>::share(view)), used_(std::move(used)) {}
+
+void FormRealizer::realize(const Form& form) {
+    @autoreleasepool {
+        removeAllBut(form);
+        std::vector<std::string> ids;
+        for (const Control& control : form.controls) {
+            ids.push_back(control.id);
+            realizerFor(control).realize(control);
+        }
+        setOrder(std::move(ids));
+    }
+}
+
+NSControl* FormRealizer::view(const std::string& controlId) const {
+    const auto found = entries_.find(controlId);
+    return found == entries_.end() ? nil : found->second.realizer->view();
+}
+
+void FormRealizer::removeAllBut(const Form& form) {
+    std::erase_if(entries_, [&](const auto& entry) {
+        return std::none_of(form.controls.begin(), form.controls.end(), [&](const Control& control) {
+            return control.id == entry.first && control.kind == entry.second.kind;
+        });
+    });
+}
+
+ControlRealizer& FormRealizer::realizerFor(const Control& control) {
+    Entry& entry = entries_[control.id];
+    if (!entry.realizer) {
+        entry.kind = control.kind;
+        entry.realizer = ControlRealizer::make(
+            control.kind, [this, controlId = control.id](double value) { handleUse(controlId, value); });
+        order_.clear();
+    }
+    return *entry.realizer;
+}
+
+void FormRealizer::setOrder(std::vector<std::string> ids) {
+    if (ids == order_) {
+        return;
+    }
+    order_ = std::move(ids);
+    for (const std::string& controlId : order_) {
+        [view_.get() addSubview:view(controlId) positioned:NSWindowAbove relativeTo:nil];
+    }
+}
+
+void FormRealizer::handleUse(const std::string& controlId, double value) {
+    // Copies, since the use may take the control away, and all of this with it.
+    const std::string usedId = controlId;
+    const Used used = used_;
+    if (const auto found = entries_.find(usedId); found != entries_.end()) {
+        found->second.realizer->forgetShown();
+    }
+    used(usedId, value);
+}
+
+} // namespace tarvex

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "Core/Geometry.h"
+#include "Tests/MacOS/GNUstep/Compatibility.h"
+#include "Tests/Support/Simulated/SimulatedMainLoop.h"
+
+#include <gtest/gtest.h>
+
+#import <AppKit/AppKit.h>
+#include <string>
+
+namespace tarvex::test {
+
+/// Makes the application object, once, and brings it to the front.
+void startApplication();
+
+/// Hands out every event that has arrived.
+void handOutEvents();
+
+/// A test with the application object, and an autorelease pool around it all.
+class AppKitTest : public ::testing::Test {
+protected:
+    AppKitTest();
+    AppKitTest(const AppKitTest&) = delete;
+    AppKitTest& operator=(const AppKitTest&) = delete;
+    AppKitTest(AppKitTest&&) = delete;
+    AppKitTest& operator=(AppKitTest&&) = delete;
+    ~AppKitTest() override;
+
+    /// Everything that was posted is done, and every event that has arrived handed out.
+    void endTurn();
+
+    /// The window that was made last.
+    [[nodiscard]] static NSWindow* newestWindow();
+
+    [[nodiscard]] static std::size_t windowCount();
+
+    static NSEvent* mouseEvent(NSEventType type, NSWindow* window, const Point& location,
+                               NSUInteger flags = 0);
+
+    static NSEvent* keyEvent(NSWindow* window, unsigned short keyCode, NSUInteger flags = 0);
+
+    /// Presses and releases the left button there, in the coordinates of the window.
+    void click(NSWindow* window, const Point& location);
+
+    SimulatedMainLoop loop_;
+
+private:
+    NSAutoreleasePool* pool_;
+};
+
+/// The middle of a control, in the coordinates of its window.
+[[nodiscard]] Point middleOf(NSView* view);
+
+/// What a view shows: its pixels, read back from the window's picture.
+class ViewPixels {
+public:
+    explicit ViewPixels(NSView* view);
+    ViewPixels(const ViewPixels&) = delete;
+    ViewPixels& operator=(const ViewPixels&) = delete;
+    ViewPixels(ViewPixels&&) = delete;
+    ViewPixels& operator=(ViewPixels&&) = delete;
+    ~ViewPixels();
+
+    /// Red, green and blue, as "rrggbb", of the pixel at that point of the view (y up).
+    [[nodiscard]] std::string at(int x, int y) const;
+
+    /// How many pixels of the rectangle are not of that colour.
+    [[nodiscard]] int countOthers(const Rect& rect, const std::string& color) const;
+
+private:
+    NSBitmapImageRep* bitmap_;
+};
+
+} // namespace tarvex::test

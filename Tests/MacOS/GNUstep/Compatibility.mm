@@ -1,0 +1,240 @@
+#include "Tests/MacOS/GNUstep/Compatibility.h"
+
+#include "Platform/MacOS/AppKit/ObjCHandle.h"
+
+#include <Block.h>
+#include <algorithm>
+#include <map>
+#include <vector>
+
+using tarvex::ObjCHandle;
+
+namespace {
+
+/// What is remembered of an object that has no room for it. An object at the same address starts with what
+/// the last one there had, until it is given its own.
+struct Remembered {
+    ObjCHandle<id> layer;
+    ObjCHandle<id> accessibilityLabel;
+    ObjCHandle<id> bezelColor;
+    ObjCHandle<id> contentTintColor;
+    ObjCHandle<NSMutableArray*> trackingAreas;
+    NSWindowCollectionBehavior collectionBehavior = NSWindowCollectionBehaviorDefault;
+};
+
+Remembered& rememberedOf(id object) {
+    static std::map<const void*, Remembered> objects;
+    return objects[static_cast<const void*>(object)];
+}
+
+struct KeyMonitorEntry {
+    NSUInteger mask;
+    NSEvent* (^handler)(NSEvent*);
+    ObjCHandle<id> token;
+};
+
+std::vector<KeyMonitorEntry>& keyMonitors() {
+    static std::vector<KeyMonitorEntry> monitors;
+    return monitors;
+}
+
+/// Nil when a monitor swallowed the event.
+NSEvent* showToMonitors(NSEvent* event) {
+    const auto present = keyMonitors();
+    for (auto entry = present.begin(); entry != present.end() && event != nil; ++entry) {
+        if ((entry->mask & (NSUInteger{1} << [event type])) != 0) {
+            event = entry->handler(event);
+        }
+    }
+    return event;
+}
+
+} // namespace
+
+const CGFloat NSFontWeightLight = -0.4;
+const CGFloat NSFontWeightRegular = 0;
+const CGFloat NSFontWeightMedium = 0.23;
+const CGFloat NSFontWeightSemibold = 0.3;
+const CGFloat NSFontWeightBold = 0.4;
+const CGFloat NSFontWeightHeavy = 0.56;
+const CGFloat NSFontWeightBlack = 0.62;
+
+@implementation NSFont (TarvexCompatibility)
+
++ (NSFont*)systemFontOfSize:(CGFloat)size weight:(CGFloat)weight {
+    return weight >= NSFontWeightSemibold ? [NSFont boldSystemFontOfSize:size]
+                                          : [NSFont systemFontOfSize:size];
+}
+
++ (NSFont*)monospacedDigitSystemFontOfSize:(CGFloat)size weight:(CGFloat)weight {
+    return [NSFont systemFontOfSize:size weight:weight];
+}
+
+@end
+
+@implementation NSColor (TarvexCompatibility)
+
++ (NSColor*)controlAccentColor {
+    return [NSColor colorWithCalibratedRed:0 green:0.5 blue:1 alpha:1];
+}
+
+@end
+
+@implementation NSScreen (TarvexCompatibility)
+
+- (NSString*)localizedName {
+    return @"Virtual screen";
+}
+
+@end
+
+@implementation NSView (TarvexCompatibility)
+
+- (void)setWantsLayer:(BOOL)wantsLayer {
+    Remembered& remembered = rememberedOf(self);
+    if (wantsLayer && !remembered.layer) {
+        remembered.layer = ObjCHandle<id>::adopt([[CALayer alloc] init]);
+    } else if (!wantsLayer) {
+        remembered.layer = {};
+    }
+}
+
+- (CALayer*)layer {
+    return rememberedOf(self).layer.get();
+}
+
+- (void)addTrackingArea:(NSTrackingArea*)area {
+    auto& areas = rememberedOf(self).trackingAreas;
+    areas = ObjCHandle<NSMutableArray*>::share([NSMutableArray arrayWithObject:area]);
+}
+
+- (NSArray*)trackingAreas {
+    return rememberedOf(self).trackingAreas.get();
+}
+
+- (void)setAccessibilityLabel:(NSString*)label {
+    rememberedOf(self).accessibilityLabel = ObjCHandle<id>::share(label);
+}
+
+- (NSString*)accessibilityLabel {
+    return rememberedOf(self).accessibilityLabel.get();
+}
+
+@end
+
+// GNUstep has the methods, but they do nothing.
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wobjc-protocol-method-implementation"
+
+@implementation NSWindow (TarvexCompatibility)
+
+- (void)setCollectionBehavior:(NSWindowCollectionBehavior)behavior {
+    rememberedOf(self).collectionBehavior = behavior;
+}
+
+- (NSWindowCollectionBehavior)collectionBehavior {
+    return rememberedOf(self).collectionBehavior;
+}
+
+@end
+
+#pragma clang diagnostic pop
+
+@implementation NSButton (TarvexCompatibility)
+
+- (void)setBezelColor:(NSColor*)color {
+    rememberedOf(self).bezelColor = ObjCHandle<id>::share(color);
+}
+
+- (NSColor*)bezelColor {
+    return rememberedOf(self).bezelColor.get();
+}
+
+- (void)setContentTintColor:(NSColor*)color {
+    rememberedOf(self).contentTintColor = ObjCHandle<id>::share(color);
+}
+
+- (NSColor*)contentTintColor {
+    return rememberedOf(self).contentTintColor.get();
+}
+
+@end
+
+@implementation NSMenu (TarvexCompatibility)
+
+- (void)removeAllItems {
+    while ([self numberOfItems] != 0) {
+        [self removeItemAtIndex:0];
+    }
+}
+
+@end
+
+@implementation NSEvent (TarvexCompatibility)
+
++ (id)addLocalMonitorForEventsMatchingMask:(NSUInteger)mask handler:(NSEvent* (^)(NSEvent*))handler {
+    auto token = ObjCHandle<id>::adopt([[NSObject alloc] init]);
+    keyMonitors().push_back({mask, Block_copy(handler), token});
+    return token.get();
+}
+
++ (void)removeMonitor:(id)monitor {
+    auto& monitors = keyMonitors();
+    const auto found =
+        std::find_if(monitors.begin(), monitors.end(),
+                     [monitor](const KeyMonitorEntry& entry) { return entry.token.get() == monitor; });
+    if (found != monitors.end()) {
+        NSEvent* (^const handler)(NSEvent*) = found->handler;
+        monitors.erase(found);
+        Block_release(handler);
+    }
+}
+
+@end
+
+@implementation NSApplication (TarvexCompatibility)
+
+- (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)policy {
+    return policy == NSApplicationActivationPolicyAccessory;
+}
+
+@end
+
+@implementation TarvexTestApplication
+
+- (void)sendEvent:(NSEvent*)event {
+    NSEvent* const passed = showToMonitors(event);
+    if (passed != nil) {
+        [super sendEvent:passed];
+    }
+}
+
+@end
+
+@implementation NSFileManager (TarvexCompatibility)
+
+- (NSArray*)URLsForDirectory:(NSSearchPathDirectory)directory inDomains:(NSSearchPathDomainMask)domains {
+    NSMutableArray* const urls = [NSMutableArray array];
+    for (NSString* path in NSSearchPathForDirectoriesInDomains(directory, domains, YES)) {
+        [urls addObject:[NSURL fileURLWithPath:path]];
+    }
+    return urls;
+}
+
+@end
+
+namespace tarvex::test {
+
+int keyMonitorCount() {
+    return static_cast<int>(keyMonitors().size());
+}
+
+NSUInteger trackingOptions(NSView* view) {
+    NSUInteger options = 0;
+    for (NSTrackingArea* area in [view trackingAreas]) {
+        options |= [area options];
+    }
+    return options;
+}
+
+} // namespace tarvex::test
