@@ -1,9 +1,13 @@
 #include "Tests/EndToEnd/DesktopTest.h"
 #include "Tests/Support/X11/FileDescriptor.h"
 
+#include <nlohmann/json.hpp>
+
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <iterator>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <sys/socket.h>
@@ -73,6 +77,31 @@ std::vector<BrokenFile> brokenFiles() {
     };
 }
 
+std::string textOf(const std::filesystem::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+// "Restore window size on unsnap" in the preferences, once they are shown.
+void clickRestore(Desktop& desktop) {
+    XClient& client = desktop.client;
+    std::optional<PixelRect> content;
+    const auto isShown = [&] {
+        for (const xcb_window_t window : client.managedWindows()) {
+            if (client.text(window, "_NET_WM_NAME") == "Preferences" && client.isViewable(window)) {
+                content = client.geometryInRoot(window);
+            }
+        }
+        return content.has_value();
+    };
+    client.waitUntil(isShown, "the preferences are shown");
+    desktop.windowManager->barrier();
+    isShown();
+    desktop.pointer.moveTo({content->x + 30, content->y + 396});
+    desktop.pointer.press();
+    desktop.pointer.release();
+}
+
 class BrokenConfiguration : public ::testing::TestWithParam<std::tuple<BrokenFile, SessionKind>> {};
 
 INSTANTIATE_TEST_SUITE_P(Files, BrokenConfiguration,
@@ -107,6 +136,39 @@ TEST_P(BrokenConfiguration, AbandonsTheSnapAndRecoversWithTheFile) {
     desktop.tarvex.writeConfig(Settings{.grids = {{"rows", {}, {0.5}}}}.json());
     const ZoneSpan lower{0, 1, 0.5, 1};
     snapAndExpect(desktop, window.managed(), pointIn(area, lower), zoneFrame(area, lower));
+    desktop.tarvex.expectCleanExit();
+}
+
+/// Settings that are broken from the start.
+class BrokenFromTheStart : public ::testing::TestWithParam<BrokenFile> {};
+
+INSTANTIATE_TEST_SUITE_P(Files, BrokenFromTheStart, ::testing::ValuesIn(brokenFiles()),
+                         [](const auto& info) { return info.param.name; });
+
+TEST_P(BrokenFromTheStart, PreferencesShowTheDefaultsAndKeepWhatTheyReplace) {
+    DesktopOptions options;
+    options.startsTarvex = false;
+    Desktop desktop(plainSession, options);
+    const std::filesystem::path path = desktop.tarvex.configPath();
+    GetParam().make(path);
+    const bool isFile = std::filesystem::is_regular_file(path);
+    const std::string before = isFile ? textOf(path) : "";
+    desktop.tarvex.allowOnStandardError("Tarvex [ConfigStore] error: ");
+    desktop.tarvex.allowOnStandardError("CopyElementAtPosition returned nil element");
+    desktop.tarvex.start({"--open-preferences"});
+    EXPECT_NE(desktop.tarvex.standardError().find(GetParam().complaint), std::string::npos);
+    clickRestore(desktop);
+    if (isFile) {
+        EXPECT_TRUE(desktop.client.waitFor([&] {
+            const auto document = nlohmann::json::parse(textOf(path), nullptr, false);
+            return document.is_object() && document.value("restoreWindowSizeOnUnsnap", true) == false;
+        })) << textOf(path);
+        EXPECT_EQ(textOf(path.string() + ".bak"), before);
+    } else {
+        desktop.tarvex.awaitOnStandardError("Failed to write config: ");
+        EXPECT_TRUE(std::filesystem::exists(path));
+        EXPECT_FALSE(std::filesystem::is_regular_file(path));
+    }
     desktop.tarvex.expectCleanExit();
 }
 

@@ -235,6 +235,21 @@ TEST_P(Preferences, UnreadableSettingsAreKeptBeforeTheyAreOverwritten) {
     EXPECT_EQ(std::string(std::istreambuf_iterator<char>(kept), {}), "{\"grids\": 7}");
 }
 
+TEST_P(Preferences, WorkInAWaylandSessionToo) {
+    DesktopOptions options;
+    options.settings = Settings{};
+    options.startsTarvex = false;
+    Desktop& desktop = start(options);
+    desktop.tarvex.setVariable("XDG_SESSION_TYPE", "wayland");
+    desktop.tarvex.setVariable("QT_QPA_PLATFORM", "wayland");
+    desktop.tarvex.allowOnStandardError("EventTapManager.");
+    desktop.tarvex.launch({"--open-preferences"});
+    window_ = awaitPreferences(desktop);
+    use(desktop, restoreSize);
+    expectSetting(desktop, "restoreWindowSizeOnUnsnap", false);
+    desktop.tarvex.awaitOnStandardError("EventTapManager.start: waiting for permissions");
+}
+
 TEST_P(Preferences, ALinkStaysALink) {
     Desktop& desktop = startPreferences();
     const auto target = desktop.server.scratch().write("dotfiles/tarvex.json", Settings{.margin = 3}.json());
