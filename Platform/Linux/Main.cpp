@@ -205,6 +205,7 @@ int run(const CommandLine& commandLine, int& argc, char** argv) {
             return start.exitCode;
         }
     }
+    QtSignals::holdBack();
     const std::unique_ptr<XConnection> connection = XConnection::open();
     if (!connection) {
         std::fputs("tarvex: cannot reach an X server; is DISPLAY set?\n", stderr);

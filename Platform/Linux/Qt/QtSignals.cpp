@@ -25,10 +25,24 @@ void noteSignal(int number) {
 
 } // namespace
 
+void QtSignals::holdBack() {
+    setBlocked(true);
+}
+
+void QtSignals::setBlocked(bool areBlocked) {
+    sigset_t handled;
+    sigemptyset(&handled);
+    for (const int number : handledSignals) {
+        sigaddset(&handled, number);
+    }
+    pthread_sigmask(areBlocked ? SIG_BLOCK : SIG_UNBLOCK, &handled, nullptr);
+}
+
 QtSignals::QtSignals(std::function<void()> terminate) : terminate_(std::move(terminate)) {
     std::array<int, 2> ends{-1, -1};
     if (::pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK) != 0) {
         // The signals then end the program as they do by default.
+        setBlocked(false);
         return;
     }
     readEnd_ = FileDescriptor(ends[0]);
@@ -46,6 +60,7 @@ QtSignals::QtSignals(std::function<void()> terminate) : terminate_(std::move(ter
     for (std::size_t index = 0; index < handledSignals.size(); ++index) {
         sigaction(handledSignals[index], &action, &former_[index]);
     }
+    setBlocked(false);
 }
 
 QtSignals::~QtSignals() {

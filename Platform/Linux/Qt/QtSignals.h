@@ -16,6 +16,10 @@ namespace tarvex {
 /// object at a time; the former handling comes back when it goes.
 class QtSignals {
 public:
+    /// Keeps the signals waiting from now on, until there is an object to hear of them. Call it before other
+    /// threads are made, which must not take them either.
+    static void holdBack();
+
     /// An application object must exist.
     /// @param terminate called on the main loop, also for a signal that came before the loop ran
     explicit QtSignals(std::function<void()> terminate);
@@ -29,6 +33,7 @@ public:
 private:
     static constexpr std::array<int, 3> handledSignals{SIGTERM, SIGINT, SIGHUP};
 
+    static void setBlocked(bool areBlocked);
     void readSignals();
 
     std::function<void()> terminate_;

@@ -31,6 +31,14 @@ TEST_P(MainLoopSignals, SignalCallsTerminateOnTheLoop) {
     EXPECT_EQ(calls, 1);
 }
 
+TEST_P(MainLoopSignals, SignalThatComesTooEarlyWaits) {
+    QtSignals::holdBack();
+    raise(GetParam());
+    int calls = 0;
+    const QtSignals endSignals([&calls] { ++calls; });
+    EXPECT_TRUE(application_.waitUntil([&] { return calls == 1; }));
+}
+
 TEST_P(MainLoopSignals, SecondSignalEndsTheProgramAtOnce) {
     const QtSignals endSignals([] {});
     EXPECT_FALSE(hasDefaultHandling(GetParam()));
