@@ -16,8 +16,8 @@ list(FILTER macOSSources EXCLUDE REGEX "/Main\\.mm$")
 add_library(TarvexMacOS STATIC ${macOSSources})
 target_compile_options(TarvexMacOS PRIVATE ${objectiveCOptions})
 target_link_libraries(TarvexMacOS PUBLIC TarvexApp TarvexPosix)
-foreach(framework IN ITEMS AppKit ApplicationServices Carbon CoreFoundation CoreGraphics Foundation IOKit
-        QuartzCore ServiceManagement)
+foreach(framework IN ITEMS AppKit ApplicationServices Carbon CoreFoundation CoreGraphics CoreServices
+        Foundation IOKit QuartzCore ServiceManagement)
     target_link_libraries(TarvexMacOS PUBLIC "-framework ${framework}")
 endforeach()
 
@@ -42,7 +42,8 @@ if(TARVEX_UNIVERSAL)
         OSX_ARCHITECTURES "arm64;x86_64")
 endif()
 
-# Signed by nobody, which is enough on the Mac that it was built on.
+# Signed by nobody, which is enough on the Mac that it was built on. The hardened runtime has no exceptions:
+# accessibility and input monitoring are the user's to grant.
 add_custom_target(TarvexSigned ALL
     COMMAND codesign --force --sign - --options runtime
         --entitlements "${CMAKE_CURRENT_SOURCE_DIR}/Packaging/MacOS/Tarvex.entitlements"
@@ -57,8 +58,8 @@ add_custom_target(package
 add_dependencies(package TarvexSigned)
 
 if(TARVEX_BUILD_TESTS)
-    # Holds the system's own headers to what the adapters rely on.
-    add_library(TarvexAppleHeaderChecks OBJECT
-        Tests/MacOS/StaticAssertions.cpp Tests/MacOS/TypeCheck/StaticAssertions.mm)
+    # Holds the system's own headers to what the adapters rely on, as Tests/MacOS does with the C interfaces.
+    add_library(TarvexAppleHeaderChecks OBJECT Tests/MacOS/TypeCheck/StaticAssertions.mm)
+    target_compile_options(TarvexAppleHeaderChecks PRIVATE ${objectiveCOptions})
     target_link_libraries(TarvexAppleHeaderChecks PRIVATE TarvexOptions)
 endif()

@@ -76,10 +76,12 @@ install_dependencies() {
         ;;
     Darwin)
         if ! command -v brew >/dev/null; then
-            echo "Homebrew is needed to install cmake, ninja, nlohmann-json, googletest and clang-format." >&2
+            echo "Homebrew is needed to install cmake, ninja, nlohmann-json and googletest." >&2
             return 1
         fi
-        brew install --quiet cmake ninja nlohmann-json googletest llvm@16
+        local formulas=(cmake ninja nlohmann-json)
+        [ "$1" = build ] || formulas+=(googletest)
+        brew install --quiet "${formulas[@]}"
         ;;
     esac
 }

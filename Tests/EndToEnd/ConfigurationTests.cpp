@@ -85,18 +85,21 @@ std::string textOf(const std::filesystem::path& path) {
 // "Restore window size on unsnap" in the preferences, once they are shown.
 void clickRestore(Desktop& desktop) {
     XClient& client = desktop.client;
-    std::optional<PixelRect> content;
+    xcb_window_t preferences = XCB_NONE;
     const auto isShown = [&] {
         for (const xcb_window_t window : client.managedWindows()) {
             if (client.text(window, "_NET_WM_NAME") == "Preferences" && client.isViewable(window)) {
-                content = client.geometryInRoot(window);
+                preferences = window;
             }
         }
-        return content.has_value();
+        return preferences != XCB_NONE;
     };
     client.waitUntil(isShown, "the preferences are shown");
-    desktop.windowManager->barrier();
-    isShown();
+    desktop.awaitCentered(preferences);
+    const auto content = client.geometryInRoot(preferences);
+    if (!content) {
+        throw std::runtime_error("the preferences are gone");
+    }
     desktop.pointer.moveTo({content->x + 30, content->y + 396});
     desktop.pointer.press();
     desktop.pointer.release();

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+
 namespace tarvex::test {
 
 std::string nameOf(const SessionKind& kind) {
@@ -89,6 +91,24 @@ void Desktop::expectFrameUnchanged(const ManagedWindow& window, const PixelRect&
     EXPECT_EQ(window.visibleFrame(), expected);
     // The server's own idea of the frame, which no property can get wrong.
     EXPECT_EQ(window.frameWindowGeometry(), grown(expected, window.invisibleExtents()));
+}
+
+void Desktop::awaitCentered(xcb_window_t window) {
+    const ManagedWindow managed(client, window);
+    const auto isCentered = [&] {
+        const auto frame = managed.visibleFrame();
+        const std::vector<std::uint32_t> area = client.words(client.root(), "_NET_WORKAREA");
+        if (!frame || area.size() < 4) {
+            return false;
+        }
+        // Twice the distance between the two middles, which may be half a pixel.
+        const auto isNear = [](int begin, int length, std::uint32_t areaBegin, std::uint32_t areaLength) {
+            return std::abs(2 * begin + length - static_cast<int>(2 * areaBegin + areaLength)) <= 1;
+        };
+        return isNear(frame->x, frame->width, area[0], area[2]) &&
+               isNear(frame->y, frame->height, area[1], area[3]);
+    };
+    client.waitUntil(isCentered, "the window is in the middle");
 }
 
 Screenshot Desktop::steadyScreen() {

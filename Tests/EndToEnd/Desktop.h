@@ -77,6 +77,10 @@ public:
     /// Makes sure that the window is, and stays, exactly there after all that went before.
     void expectFrameUnchanged(const ManagedWindow& window, const PixelRect& expected);
 
+    /// Waits until a window stands in the middle of what panels leave of the only monitor: one that is shown
+    /// for the first time comes there when its borders are known.
+    void awaitCentered(xcb_window_t window);
+
     /// The screen with everything painted that happened before this call.
     [[nodiscard]] Screenshot steadyScreen();
 

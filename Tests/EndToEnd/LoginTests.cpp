@@ -46,7 +46,7 @@ protected:
                 return preferences.has_value();
             },
             "the preferences are shown");
-        desktop_.windowManager->barrier();
+        desktop_.awaitCentered(*preferences);
         const auto content = client.geometryInRoot(*preferences);
         ASSERT_TRUE(content.has_value());
         desktop_.pointer.moveTo({content->x + launchAtLogin.x, content->y + launchAtLogin.y});

@@ -61,7 +61,7 @@ protected:
         const xcb_window_t window = awaitWindow(desktop, "Preferences");
         desktop.client.waitUntil([&] { return focus(desktop) == window; },
                                  "the preferences have the keyboard");
-        desktop.windowManager->barrier();
+        desktop.awaitCentered(window);
         return window;
     }
 

@@ -1,6 +1,6 @@
 #include "Platform/Linux/Qt/SceneGeometry.h"
 
-#include "Platform/Linux/X11/DesktopLayout.h"
+#include "Platform/Linux/X11/ViewPixels.h"
 
 #include <algorithm>
 #include <cmath>
@@ -9,13 +9,11 @@ namespace tarvex {
 
 namespace {
 
-/// Wider lines are drawn in, so that every number fits a whole one.
-constexpr double widestLine = 1e5;
 /// How far a glyph may reach out of its box, in pixels.
 constexpr int glyphOverhang = 3;
 
-int pixelWidthOf(double lineWidth) {
-    return std::max(1, roundToPixel(std::min(lineWidth, widestLine)));
+QRect rectOf(const PixelRect& pixels) {
+    return {pixels.x, pixels.y, pixels.width, pixels.height};
 }
 
 bool isFinite(const Rect& rect) {
@@ -89,31 +87,16 @@ private:
 } // namespace
 
 std::optional<QRect> SceneGeometry::pixelsOf(const Rect& rect) const {
-    if (!isFinite(rect)) {
-        return std::nullopt;
-    }
-    const int left = roundToPixel(rect.minX());
-    const int top = roundToPixel(viewHeight_ - rect.maxY());
-    return QRect(left, top, roundToPixel(rect.maxX()) - left, roundToPixel(viewHeight_ - rect.minY()) - top);
+    const std::optional<PixelRect> pixels = pixelsOfViewRect(rect, viewHeight_);
+    return pixels ? std::optional(rectOf(*pixels)) : std::nullopt;
 }
 
 std::optional<OutlineSides> SceneGeometry::pixelsOf(const StrokeRect& stroke) const {
-    const auto edge = pixelsOf(stroke.rect);
-    if (!edge || !(stroke.lineWidth > 0)) {
+    const std::optional<PixelSides> sides = pixelsOfOutline(stroke, viewHeight_);
+    if (!sides) {
         return std::nullopt;
     }
-    const int width = pixelWidthOf(stroke.lineWidth);
-    const int outside = width / 2;
-    const QRect outer = edge->adjusted(-outside, -outside, outside, outside);
-    if (outer.width() < 2 * width || outer.height() < 2 * width) {
-        return OutlineSides{outer, QRect(), QRect(), QRect()};
-    }
-    const int inner = outer.height() - 2 * width;
-    const int bottom = outer.y() + outer.height() - width;
-    const int right = outer.x() + outer.width() - width;
-    return OutlineSides{
-        QRect(outer.x(), outer.y(), outer.width(), width), QRect(outer.x(), bottom, outer.width(), width),
-        QRect(outer.x(), outer.y() + width, width, inner), QRect(right, outer.y() + width, width, inner)};
+    return OutlineSides{rectOf((*sides)[0]), rectOf((*sides)[1]), rectOf((*sides)[2]), rectOf((*sides)[3])};
 }
 
 std::optional<QRect> SceneGeometry::pixelsOf(const StrokeLine& line) const {

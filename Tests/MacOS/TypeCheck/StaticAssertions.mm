@@ -1,6 +1,6 @@
-// Every constant of AppKit and its like that the adapters rely on. Here this holds the declarations in
-// Frameworks/ to what Apple documents; compiled on a Mac, it holds Apple's own headers to it, so that a
-// difference is an error of the compiler and not of a running program.
+// Every constant and every C function of AppKit and its like that the adapters rely on. Here this holds the
+// declarations in Frameworks/ to what Apple documents; compiled on a Mac, it holds Apple's own headers to it,
+// so that a difference is an error of the compiler and not of a running program.
 
 #import <QuartzCore/QuartzCore.h>
 
@@ -50,6 +50,7 @@ static_assert(NSApplicationActivationPolicyAccessory == 1);
 // Controls.
 static_assert(NSTextAlignmentNatural == 4);
 static_assert(NSLineBreakByWordWrapping == 0);
+static_assert(NSLineBreakByClipping == 2);
 static_assert(NSControlStateValueOff == 0 && NSControlStateValueOn == 1);
 static_assert(NSImageOnly == 1);
 static_assert(NSButtonTypeSwitch == 3);
@@ -63,6 +64,18 @@ static_assert(SMAppServiceStatusNotRegistered == 0);
 static_assert(SMAppServiceStatusEnabled == 1);
 static_assert(SMAppServiceStatusRequiresApproval == 2);
 static_assert(SMAppServiceStatusNotFound == 3);
+
+/// Signatures.
+struct Signatures {
+    NSPoint (*makePoint)(CGFloat, CGFloat) = &NSMakePoint;
+    NSSize (*makeSize)(CGFloat, CGFloat) = &NSMakeSize;
+    NSRect (*makeRect)(CGFloat, CGFloat, CGFloat, CGFloat) = &NSMakeRect;
+    NSString* (*homeFolder)() = &NSHomeDirectory;
+    void (*log)(NSString*, ...) = &NSLog;
+    const NSRect* zeroRect = &NSZeroRect;
+};
+
+[[maybe_unused]] const Signatures signatures;
 
 } // namespace
 } // namespace tarvex

@@ -2,8 +2,8 @@
 
 #include "Core/Geometry.h"
 
-#include <array>
-#include <charconv>
+#include <nlohmann/json.hpp>
+
 #include <string>
 #include <utility>
 #include <vector>
@@ -40,11 +40,13 @@ private:
     std::vector<std::string> entries_;
 };
 
-/// The shortest text that reads back as the same number.
+/// A short text that reads back as the same number; whole ones without a fraction.
 inline std::string describe(double number) {
-    std::array<char, 32> digits{};
-    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number);
-    return {digits.data(), end.ptr};
+    std::string text = nlohmann::json(number).dump();
+    if (text.ends_with(".0")) {
+        text.resize(text.size() - 2);
+    }
+    return text;
 }
 
 inline std::string describe(Point point) {
