@@ -34,8 +34,9 @@ Files:
   $XDG_STATE_HOME/Tarvex/Logs/Tarvex.log     what happened lately
   (~/.config and ~/.local/state when these are unset)
 
-An X11 session is needed to move windows. In a Wayland session the program needs
-Xwayland to start at all, and then waits: nothing snaps there.
+Windows snap in an X11 session. In a Wayland session the program needs Xwayland to start at
+all: nothing snaps there, the zone editor, the preferences and the settings work, and the
+hotkeys do while an X11 program is active.
 )";
 
 std::optional<std::uint32_t> displayNumber(const std::string& text) {
