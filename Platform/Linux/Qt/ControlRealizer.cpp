@@ -15,6 +15,11 @@ namespace tarvex {
 
 namespace {
 
+// A lone ampersand would underline what follows it.
+QString titleOf(const Control& control) {
+    return QString::fromStdString(control.text).replace(u'&', QStringLiteral("&&"));
+}
+
 class LabelRealizer final : public ControlRealizer {
 public:
     LabelRealizer(FormLabel& label, QtFonts& fonts) : ControlRealizer(label, fonts), label_(&label) {}
@@ -62,11 +67,6 @@ protected:
     void show(const Control& control) override { button_->setText(titleOf(control)); }
 
 private:
-    // A lone ampersand would underline what follows it.
-    static QString titleOf(const Control& control) {
-        return QString::fromStdString(control.text).replace(u'&', QStringLiteral("&&"));
-    }
-
     QPushButton* button_;
 };
 
@@ -79,7 +79,7 @@ public:
 
 protected:
     void show(const Control& control) override {
-        box_->setText(QString::fromStdString(control.text).replace(u'&', QStringLiteral("&&")));
+        box_->setText(titleOf(control));
         box_->setChecked(control.value != 0);
     }
 
