@@ -13,10 +13,17 @@ namespace {
 
 /// All that a signal handler can reach. Negative while nobody listens.
 std::atomic<int> signalPipe{-1};
-static_assert(std::atomic<int>::is_always_lock_free);
+std::atomic<bool> isEndUnderWay{false};
+static_assert(std::atomic<int>::is_always_lock_free && std::atomic<bool>::is_always_lock_free);
+
+constexpr unsigned patienceInSeconds = 10;
 
 void noteSignal(int number) {
     const int formerError = errno;
+    if (!isEndUnderWay.exchange(true)) {
+        // Nobody handles SIGALRM, which then ends the process.
+        ::alarm(patienceInSeconds);
+    }
     const auto byte = static_cast<unsigned char>(number);
     // A full pipe holds a signal already.
     [[maybe_unused]] const ssize_t written = ::write(signalPipe.load(), &byte, 1);
@@ -55,7 +62,7 @@ QtSignals::QtSignals(std::function<void()> terminate) : terminate_(std::move(ter
     struct sigaction action {};
 
     action.sa_handler = noteSignal;
-    action.sa_flags = static_cast<int>(SA_RESTART | SA_RESETHAND);
+    action.sa_flags = SA_RESTART;
     sigemptyset(&action.sa_mask);
     for (std::size_t index = 0; index < handledSignals.size(); ++index) {
         sigaction(handledSignals[index], &action, &former_[index]);
@@ -71,6 +78,9 @@ QtSignals::~QtSignals() {
         sigaction(handledSignals[index], &former_[index], nullptr);
     }
     signalPipe = -1;
+    if (isEndUnderWay.exchange(false)) {
+        ::alarm(0);
+    }
 }
 
 void QtSignals::readSignals() {
@@ -79,7 +89,7 @@ void QtSignals::readSignals() {
     while (::read(readEnd_.get(), bytes.data(), bytes.size()) > 0) {
         isAsked = true;
     }
-    if (isAsked) {
+    if (isAsked && !std::exchange(hasAsked_, true)) {
         terminate_();
     }
 }

@@ -11,9 +11,9 @@
 
 namespace tarvex {
 
-/// Turns the signals that ask a program to end (SIGTERM, SIGINT, SIGHUP) into a call on the main loop. A
-/// second signal of the same kind ends the program at once, should the first find it stuck. At most one
-/// object at a time; the former handling comes back when it goes.
+/// Turns the signals that ask a program to end (SIGTERM, SIGINT, SIGHUP) into a call on the main loop. Asking
+/// twice changes nothing; a program that has not ended ten seconds after the first signal, since it is stuck,
+/// is ended by the system. At most one object at a time; the former handling comes back when it goes.
 class QtSignals {
 public:
     /// Keeps the signals waiting from now on, until there is an object to hear of them. Call it before other
@@ -40,6 +40,7 @@ private:
     FileDescriptor readEnd_;
     FileDescriptor writeEnd_;
     std::unique_ptr<QSocketNotifier> notifier_;
+    bool hasAsked_ = false;
     std::array<struct sigaction, handledSignals.size()> former_{};
 };
 

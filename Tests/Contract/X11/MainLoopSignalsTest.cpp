@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <unistd.h>
 
 namespace tarvex::contract {
 
@@ -39,11 +40,30 @@ TEST_P(MainLoopSignals, SignalThatComesTooEarlyWaits) {
     EXPECT_TRUE(application_.waitUntil([&] { return calls == 1; }));
 }
 
-TEST_P(MainLoopSignals, SecondSignalEndsTheProgramAtOnce) {
-    const QtSignals endSignals([] {});
-    EXPECT_FALSE(hasDefaultHandling(GetParam()));
+TEST_P(MainLoopSignals, AskingTwiceAsksOnce) {
+    int calls = 0;
+    const QtSignals endSignals([&calls] { ++calls; });
     raise(GetParam());
-    EXPECT_TRUE(hasDefaultHandling(GetParam()));
+    raise(GetParam());
+    EXPECT_TRUE(application_.waitUntil([&] { return calls > 0; }));
+    raise(GetParam());
+    application_.settle();
+    EXPECT_EQ(calls, 1);
+}
+
+TEST_P(MainLoopSignals, ProgramThatIsStuckIsEndedByTheSystem) {
+    EXPECT_TRUE(hasDefaultHandling(SIGALRM));
+    {
+        const QtSignals endSignals([] {});
+        EXPECT_EQ(alarm(0), 0U);
+        raise(GetParam());
+        const unsigned left = alarm(1000);
+        EXPECT_GE(left, 9U);
+        EXPECT_LE(left, 10U);
+        raise(GetParam());
+        EXPECT_GT(alarm(1000), 900U) << "the second signal has set the clock back";
+    }
+    EXPECT_EQ(alarm(0), 0U) << "the clock goes on after a clean end";
 }
 
 TEST_P(MainLoopSignals, FormerHandlingComesBack) {
