@@ -52,25 +52,14 @@ protected:
 
     /// Presses a "Record…" button and waits until the next key counts.
     void record(Desktop& desktop, PixelPoint button) {
-        useUntil(desktop, button, [&] { return isKeyboardTaken(desktop); });
+        use(desktop, button);
+        desktop.client.waitUntil([&] { return isKeyboardTaken(desktop); }, "the recording has begun");
     }
 
-    /// Uses a control until the file holds the value.
+    /// Uses a control and waits until the file holds the value.
     void useAndExpect(Desktop& desktop, PixelPoint place, const char* name, const nlohmann::json& value) {
-        useUntil(desktop, place, [&] {
-            const nlohmann::json document = config(desktop);
-            return document.is_object() && document.contains(name) && document[name] == value;
-        });
-    }
-
-    /// For a click that follows another at once, quicker than any hand: it is made again when it came to
-    /// nothing.
-    void useUntil(Desktop& desktop, PixelPoint place, const std::function<bool()>& condition) {
-        const auto isDone = [&] {
-            use(desktop, place);
-            return desktop.client.waitFor(condition, Deadline(std::chrono::seconds(2)));
-        };
-        desktop.client.waitUntil(isDone, "the click has had its effect");
+        use(desktop, place);
+        expectSetting(desktop, name, value);
     }
 
     xcb_window_t window_ = XCB_NONE;
@@ -96,8 +85,7 @@ TEST_P(Preferences, MarginIsSavedWithEveryStepOfTheSlider) {
     const auto at = [&](int x) { return PixelPoint{content->x + x, content->y + sliderMiddle.y}; };
     const auto margin = [&] { return config(desktop)["cellMarginPoints"].get<double>(); };
     // The handle of 8 of 40 lies a fifth of the way along.
-    desktop.pointer.moveTo(at(140 + 80));
-    desktop.pointer.press();
+    press(desktop, at(140 + 80));
     double before = margin();
     for (const int x : {260, 320, 400}) {
         desktop.pointer.glideTo(at(x));
@@ -154,8 +142,7 @@ TEST_P(Preferences, IconCanBeHiddenOnlyWithAHotkeyForThePreferences) {
 TEST_P(Preferences, LaunchAtLoginIsNotOfferedFromABuildTree) {
     Desktop& desktop = startPreferences();
     use(desktop, launchAtLogin);
-    useUntil(desktop, restoreSize,
-             [&] { return config(desktop).value("restoreWindowSizeOnUnsnap", true) == false; });
+    useAndExpect(desktop, restoreSize, "restoreWindowSizeOnUnsnap", false);
     EXPECT_NE(config(desktop)["launchAtLogin"], true);
     EXPECT_FALSE(
         std::filesystem::exists(desktop.tarvex.configPath().parent_path().parent_path() / "autostart"));

@@ -69,7 +69,16 @@ protected:
     static void clickIn(Desktop& desktop, xcb_window_t window, PixelPoint point) {
         const auto content = desktop.client.geometryInRoot(window);
         ASSERT_TRUE(content.has_value());
-        click(desktop, {content->x + point.x, content->y + point.y});
+        press(desktop, {content->x + point.x, content->y + point.y});
+        desktop.pointer.release();
+    }
+
+    /// The window manager looks at every press before the window gets it, and meanwhile the server holds the
+    /// pointer. Were it to move on by then, as no hand could, the release would be told at the later place.
+    static void press(Desktop& desktop, PixelPoint point) {
+        desktop.pointer.moveTo(point);
+        desktop.pointer.press();
+        desktop.windowManager->barrier();
     }
 
     static nlohmann::json config(Desktop& desktop) {
@@ -123,8 +132,8 @@ protected:
 
 /// Window managers suffice: what composites makes no difference to a window with controls.
 [[nodiscard]] inline auto plainSessions() {
-    return ::testing::Values(SessionKind{WindowManagerKind::openbox, false},
-                             SessionKind{WindowManagerKind::xfwm4, false});
+    return ::testing::ValuesIn(
+        withFurtherPlain({{WindowManagerKind::openbox, false}, {WindowManagerKind::xfwm4, false}}));
 }
 
 } // namespace tarvex::test
