@@ -6,8 +6,8 @@
 
 namespace tarvex {
 
-/// A rectangle for the log: "(x, y, width, height)", each number in a short decimal form that reads back as
-/// the same number: with at least one fractional digit, very large and very small ones with an exponent.
+/// A rectangle for the log: "(x, y, width, height)", each number in the shortest decimal form that reads back
+/// as the same number, with at least one fractional digit and without an exponent.
 [[nodiscard]] std::string describe(const Rect& rect);
 
 } // namespace tarvex
