@@ -144,7 +144,7 @@ void SnapController::updateSelection(Point point, std::uint32_t modifiers) {
         return;
     }
     activeGrid_ = resolveGrid(*config, point);
-    if (hasTooManyZones(*activeGrid_)) {
+    if (GridCalculator::hasMoreCellsThan(maxZones, *activeGrid_)) {
         refuseZones();
         updateOverlay(*config, *visibleFrame, point);
         return;

@@ -123,7 +123,6 @@ private:
     [[nodiscard]] static bool isMulti(std::uint32_t modifiers, const TarvexConfig& config);
     [[nodiscard]] static std::string_view modeName(std::uint32_t modifiers, const TarvexConfig& config);
     [[nodiscard]] GridDefinitionRef resolveGrid(const TarvexConfig& config, Point point);
-    [[nodiscard]] static bool hasTooManyZones(const GridDefinition& grid);
     void refuseZones();
     [[nodiscard]] std::optional<Screen> screenUnder(Point point);
     [[nodiscard]] std::optional<Rect> getVisibleFrame(Point point);

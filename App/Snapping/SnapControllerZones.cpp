@@ -52,12 +52,6 @@ GridDefinitionRef SnapController::resolveGrid(const TarvexConfig& config, Point 
     return grid == config.grids().end() ? fallback() : *grid;
 }
 
-bool SnapController::hasTooManyZones(const GridDefinition& grid) {
-    const std::uint64_t columns = std::uint64_t{grid.verticalSplits().size()} + 1;
-    const std::uint64_t rows = std::uint64_t{grid.horizontalSplits().size()} + 1;
-    return columns > maxZones / rows;
-}
-
 void SnapController::refuseZones() {
     // Those of another display's grid would snap the window on this one.
     activeCells_.clear();

@@ -38,7 +38,7 @@ constexpr Size labelRadii{6, 6};
 
 /// Beyond this many zones none of them could be told from its neighbours, while drawing them all would hold
 /// the program up; the dividing lines remain.
-constexpr std::size_t maxZonesDrawn = 10'000;
+constexpr std::uint64_t maxZonesDrawn = 10'000;
 
 constexpr Size buttonSize{96, 32};
 constexpr double buttonMargin = 16;
@@ -48,13 +48,6 @@ constexpr Color opaqueBlue{ColorName::blue, 1};
 
 constexpr Color opaqueGray(double lightness) {
     return {ColorName::gray, 1, lightness};
-}
-
-// Counted before any is made: a hand-written grid may have a hundred million.
-std::size_t zoneCount(const GridDefinition& grid) {
-    const GridSplitNormalizer normalizer(GridSplitNormalizer::standardEpsilon);
-    return (normalizer.normalizeSplits(grid.verticalSplits()).size() + 1) *
-           (normalizer.normalizeSplits(grid.horizontalSplits()).size() + 1);
 }
 
 Color withAlpha(Color color, double alpha) {
@@ -117,7 +110,7 @@ Scene GridEditorOverlayView::draw() {
     Scene scene;
     drawBackdrop(scene);
     const GridDefinitionRef preview = makePreviewGrid();
-    if (zoneCount(*preview) <= maxZonesDrawn) {
+    if (!GridCalculator::hasMoreCellsThan(maxZonesDrawn, *preview)) {
         const std::vector<GridCell> cells = calculator_.getCells(*preview);
         const CellFrameMap frames = frameCalculator_.getCellFrames(cells, bounds_, cellMarginPoints_);
         drawCellBorders(scene, frames);

@@ -1,12 +1,18 @@
 #include "Core/Grid/GridCalculator.h"
 
 #include <algorithm>
-#include <cstdint>
 
 namespace tarvex {
 
 std::vector<GridCell> GridCalculator::getCells(const GridDefinition& grid) const {
     return buildCells(getSegments(grid.horizontalSplits()), getSegments(grid.verticalSplits()));
+}
+
+bool GridCalculator::hasMoreCellsThan(std::uint64_t limit, const GridDefinition& grid) {
+    const std::uint64_t columns = std::uint64_t{grid.verticalSplits().size()} + 1;
+    const std::uint64_t rows = std::uint64_t{grid.horizontalSplits().size()} + 1;
+    // The product may be too large for any number.
+    return columns > limit / rows;
 }
 
 std::optional<NormalizedRect> GridCalculator::unionRect(const std::vector<GridCell>& cells) const {

@@ -3,6 +3,7 @@
 #include "Core/Grid/GridModel.h"
 #include "Core/Grid/GridSplitNormalizer.h"
 
+#include <cstdint>
 #include <optional>
 #include <vector>
 
@@ -15,6 +16,11 @@ public:
 
     /// All cells in row-major order: the top row from left to right, then the next row. Never empty.
     [[nodiscard]] std::vector<GridCell> getCells(const GridDefinition& grid) const;
+
+    /// Whether the split lists make more cells than that. They are counted as they stand: a split that
+    /// coincides with another, or lies outside, counts too. Nothing is made for the answer, since a
+    /// hand-written grid may have more cells than the memory holds.
+    [[nodiscard]] static bool hasMoreCellsThan(std::uint64_t limit, const GridDefinition& grid);
 
     /// The bounding box of the cells; none for an empty list. The cells need not form a rectangle.
     [[nodiscard]] std::optional<NormalizedRect> unionRect(const std::vector<GridCell>& cells) const;

@@ -15,7 +15,7 @@ namespace {
 
 constexpr double tolerance = 1e-9;
 // A grid of more zones than this takes longer than the search has for one input.
-constexpr std::size_t maxZones = 20'000;
+constexpr std::uint64_t maxZones = 20'000;
 constexpr std::size_t longestMessage = 400;
 
 bool haveSameContent(const GridDefinition& first, const GridDefinition& second) {
@@ -67,7 +67,7 @@ std::optional<std::string> findBrokenFrameRule(const std::vector<GridCell>& cell
 }
 
 std::optional<std::string> findBrokenGridRule(const GridDefinition& grid, double margin) {
-    if ((grid.verticalSplits().size() + 1) * (grid.horizontalSplits().size() + 1) > maxZones) {
+    if (GridCalculator::hasMoreCellsThan(maxZones, grid)) {
         return std::nullopt;
     }
     const GridCalculator calculator{GridSplitNormalizer(GridSplitNormalizer::standardEpsilon)};

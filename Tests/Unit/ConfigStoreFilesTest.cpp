@@ -3,6 +3,7 @@
 #include "Core/Configuration/JsonCoding.h"
 #include "Platform/Posix/PosixFileManager.h"
 #include "Tests/Support/ConfigProperties.h"
+#include "Tests/Support/EvenSplits.h"
 #include "Tests/Support/RecordingLog.h"
 #include "Tests/Support/TemporaryDirectory.h"
 #include "Tests/Support/UnprivilegedUser.h"
@@ -246,10 +247,7 @@ TEST_F(ConfigStoreFilesTest, AFolderThatIsALinkStaysOneWhenARecordIsSaved) {
 
 TEST_F(ConfigStoreFilesTest, TenThousandSplits) {
     TarvexConfigFields fields = TarvexConfig::makeDefault()->fields();
-    std::vector<double> splits;
-    for (int index = 1; index <= 10'000; ++index) {
-        splits.push_back(index / 10'001.0);
-    }
+    const std::vector<double> splits = evenSplits(10'000);
     fields.grids = {std::make_shared<const GridDefinition>("many", "Many", splits, std::vector<double>{})};
     store().saveConfig(TarvexConfig(fields));
     EXPECT_EQ(store().loadConfig()->grids().at(0)->verticalSplits(), splits);

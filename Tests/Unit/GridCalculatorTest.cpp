@@ -1,10 +1,12 @@
 #include "Core/Grid/GridCalculator.h"
 
+#include "Tests/Support/EvenSplits.h"
 #include "Tests/Support/RandomSource.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdint>
 #include <vector>
 
 namespace tarvex {
@@ -64,16 +66,28 @@ TEST_F(GridCalculatorTest, AnyGridHasACell) {
 }
 
 TEST_F(GridCalculatorTest, TenThousandSplits) {
-    std::vector<double> splits;
-    for (int index = 1; index <= 10'000; ++index) {
-        splits.push_back(index / 10'001.0);
-    }
-    const std::vector<GridCell> all = cells(splits, {});
+    const std::vector<GridCell> all = cells(evenSplits(10'000), {});
     ASSERT_GT(all.size(), 4'900U);
     ASSERT_LE(all.size(), 10'001U);
     EXPECT_EQ(all.front().rect().x(), 0);
     EXPECT_EQ(all.back().rect().maxX(), 1);
     EXPECT_EQ(all.back().columnIndex(), static_cast<std::int64_t>(all.size()) - 1);
+}
+
+TEST_F(GridCalculatorTest, CellsAreCountedAsTheSplitsStand) {
+    const auto hasMoreThan = [](std::uint64_t limit, std::size_t vertical, std::size_t horizontal) {
+        const GridDefinition grid("g", "G", std::vector<double>(vertical, 0.5),
+                                  std::vector<double>(horizontal, 2));
+        return GridCalculator::hasMoreCellsThan(limit, grid);
+    };
+    EXPECT_FALSE(hasMoreThan(1, 0, 0));
+    EXPECT_TRUE(hasMoreThan(0, 0, 0));
+    EXPECT_FALSE(hasMoreThan(12, 2, 3));
+    EXPECT_FALSE(hasMoreThan(13, 2, 3));
+    EXPECT_TRUE(hasMoreThan(11, 2, 3));
+    EXPECT_TRUE(hasMoreThan(12, 12, 0));
+    EXPECT_TRUE(hasMoreThan(12, 0, 12));
+    EXPECT_FALSE(hasMoreThan(~std::uint64_t{0}, 1000, 1000));
 }
 
 TEST_F(GridCalculatorTest, UnionOfNothingIsNone) {

@@ -1,3 +1,4 @@
+#include "Tests/Support/EvenSplits.h"
 #include "Tests/Support/Simulated/SceneText.h"
 #include "Tests/Unit/GridEditorOverlayViewFixture.h"
 
@@ -165,17 +166,34 @@ TEST_F(GridEditorOverlayDrawingTest, NearDuplicatesAreHighlightedTogether) {
               1);
 }
 
+TEST_F(GridEditorOverlayDrawingTest, LineAsFarOffAsTheToleranceIsAnother) {
+    // The difference is the tolerance to the last bit.
+    useGrid({0, 0.0001}, {});
+    view().mouseMoved(at(0.001, 0.9));
+    EXPECT_EQ(picture().lines.at(1), "line 0,0 to 0,500 white 0.4 width 2");
+    EXPECT_EQ(picture().lines.at(2), "line 0.1,0 to 0.1,500 blue 0.95 width 7");
+    view().rightMouseDown(at(0.0111, 0.9));
+    EXPECT_EQ(picture().lines.at(1), "line 0,0 to 0,500 white 0.4 width 2");
+    EXPECT_EQ(picture().lines.at(2), "line 0.1,0 to 0.1,500 red 0.95 width 5");
+}
+
 TEST_F(GridEditorOverlayDrawingTest, ThousandsOfZonesAreLeftToTheirLines) {
-    Splits splits;
     // A hundred million zones, less a few: more than memory holds.
-    for (int line = 1; line < 9000; ++line) {
-        splits.push_back(line / 9000.0);
-    }
-    useGrid(splits, splits);
+    useGrid(evenSplits(8999), evenSplits(8999));
     const Picture now = picture();
     EXPECT_TRUE(now.outlines.empty());
     EXPECT_TRUE(now.labels.empty());
     EXPECT_EQ(now.lines.size(), 2U * 8999);
+}
+
+TEST_F(GridEditorOverlayDrawingTest, TenThousandZonesAreDrawnAndOneRowMoreIsNot) {
+    margin_ = 0;
+    useGrid(evenSplits(99), evenSplits(99));
+    EXPECT_EQ(picture().outlines.size(), 10'000U);
+    useGrid(evenSplits(99), evenSplits(100));
+    const Picture now = picture();
+    EXPECT_TRUE(now.outlines.empty());
+    EXPECT_EQ(now.lines.size(), 199U);
 }
 
 TEST_F(GridEditorOverlayDrawingTest, ButtonsStandInTheLowerRightCorner) {

@@ -1,3 +1,4 @@
+#include "Tests/Support/EvenSplits.h"
 #include "Tests/Unit/SnapControllerFixture.h"
 
 namespace tarvex {
@@ -8,14 +9,6 @@ protected:
     static constexpr const char* refusal = "SnapController.updateSelection: too many zones";
     static constexpr const char* abandonment = "SnapController.snapAndHide: selection rect=nil";
 
-    static std::vector<double> splits(std::size_t count) {
-        std::vector<double> values;
-        for (std::size_t index = 1; index <= count; ++index) {
-            values.push_back(static_cast<double>(index) / static_cast<double>(count + 1));
-        }
-        return values;
-    }
-
     void configureGrid(std::vector<double> verticalSplits, std::vector<double> horizontalSplits) {
         configure([&](TarvexConfigFields& fields) {
             fields.cellMarginPoints = 0;
@@ -25,7 +18,7 @@ protected:
 };
 
 TEST_F(SnapControllerZoneLimitTest, AGridOfAHundredMillionZonesShowsNoneAndSnapsNothing) {
-    configureGrid(splits(10'000), splits(10'000));
+    configureGrid(evenSplits(10'000), evenSplits(10'000));
     dragWindowTo(inLeftZone);
     forgetHistory();
     desktop_.holdModifiers(command);
@@ -43,7 +36,7 @@ TEST_F(SnapControllerZoneLimitTest, AGridOfAHundredMillionZonesShowsNoneAndSnaps
 }
 
 TEST_F(SnapControllerZoneLimitTest, EveryDragSaysSoOnce) {
-    configureGrid(splits(400), splits(400));
+    configureGrid(evenSplits(400), evenSplits(400));
     for (int drag = 0; drag < 2; ++drag) {
         showZonesAt(inLeftZone);
         desktop_.moveTo(inRightZone);
@@ -82,7 +75,7 @@ TEST_F(SnapControllerZoneLimitTest, TheLimitItselfIsAllowedAndCountedBeforeTheSp
 TEST_F(SnapControllerZoneLimitTest, ZonesOfAnotherGridAreNotSnappedToInItsPlace) {
     showZonesAt(inLeftZone);
     ASSERT_EQ(selectedKeys(), (Lines{"r0-c0"}));
-    configureGrid(splits(400), splits(400));
+    configureGrid(evenSplits(400), evenSplits(400));
     desktop_.moveTo(inRightZone);
     EXPECT_EQ(picture(), pictureOf(visibleFrame, {}, {})) << "what is shown is what would happen";
     const Rect before = desktop_.windowFrame(window_);
@@ -92,7 +85,7 @@ TEST_F(SnapControllerZoneLimitTest, ZonesOfAnotherGridAreNotSnappedToInItsPlace)
 }
 
 TEST_F(SnapControllerZoneLimitTest, AGridThatIsMendedInMidDragIsUsedAtOnce) {
-    configureGrid(splits(400), splits(400));
+    configureGrid(evenSplits(400), evenSplits(400));
     showZonesAt(inLeftZone);
     healConfiguration();
     desktop_.moveTo(inRightZone);
