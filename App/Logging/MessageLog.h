@@ -14,6 +14,7 @@ public:
     MessageLog& operator=(MessageLog&&) = delete;
     virtual ~MessageLog() = default;
 
+    /// @param message UTF-8
     virtual void log(const std::string& message) = 0;
 };
 

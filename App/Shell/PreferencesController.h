@@ -18,6 +18,7 @@ public:
     /// The notification centre must outlive the controller.
     PreferencesController(std::shared_ptr<ConfigStore> configStore, NotificationCenter& notifications);
 
+    /// Settings that are absent count as the defaults, too. Modifiers are modifier masks; no hotkey is none.
     [[nodiscard]] double getCellMarginPoints() const;
     [[nodiscard]] std::optional<HotkeyDefinition> getOpenEditorHotkey() const;
     [[nodiscard]] std::optional<HotkeyDefinition> getOpenPreferencesHotkey() const;

@@ -13,6 +13,7 @@ namespace tarvex {
 /// accent is the user's own highlight; blue and red are the system's.
 enum class ColorName : std::uint8_t { clear, white, black, gray, accent, blue, red };
 
+/// A colour that a primitive is drawn with.
 struct Color {
     ColorName name = ColorName::clear;
     /// 0 (see-through) to 1 (opaque).
@@ -102,6 +103,7 @@ struct TextLabel {
     bool operator==(const TextLabel&) const = default;
 };
 
+/// One step of drawing, in the view's coordinates.
 using ScenePrimitive =
     std::variant<FillRect, StrokeRect, StrokeLine, FillEllipse, StrokeEllipse, FillRoundedRect, TextLabel>;
 

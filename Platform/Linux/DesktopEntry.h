@@ -17,6 +17,7 @@ public:
     /// None when the text has no group "Desktop Entry".
     [[nodiscard]] static std::optional<DesktopEntry> parse(std::string_view text);
 
+    /// The whole file.
     [[nodiscard]] std::string text() const;
 
     /// The value as it stands in the file, without the spaces around it.
@@ -27,6 +28,7 @@ public:
 
     /// Replaces the value, or adds the key at the end of the group.
     void set(std::string_view key, std::string_view value);
+    /// Takes the key away wherever it stands in the group.
     void remove(std::string_view key);
 
     /// The value of the key "Exec" that starts this program without arguments.

@@ -5,6 +5,8 @@
 
 namespace tarvex {
 
+/// What is to be opened or done. None is a plain start, for which an instance that runs shows its
+/// preferences.
 enum class InstanceRequestKind : std::uint8_t { none, openEditor, openPreferences, quit };
 
 /// What a start of the program asks of the instance that runs, be it another one or itself.
