@@ -68,6 +68,44 @@ TEST_P(Overlay, ShowsTheZonesWhileTheKeysAreHeld) {
     desktop.client.waitUntil([&] { return Screenshot(desktop.client) == before; }, "the zones are gone");
 }
 
+class OverlayAtScale : public DesktopTest {
+protected:
+    /// The toolkit's scale factor is no business of the overlay, which counts the server's pixels.
+    void expectToChangeNoPixel(const char* scale) {
+        DesktopOptions options = withoutRestore();
+        options.startsTarvex = false;
+        Desktop& desktop = start(options);
+        desktop.tarvex.setVariable("QT_SCALE_FACTOR", scale);
+        desktop.tarvex.start({});
+        TestWindow window(desktop.server.displayName());
+        const PixelRect area = desktop.screenArea();
+        Drag drag(desktop, window.managed());
+        drag.moveTo({900, 300});
+        const Screenshot before = desktop.steadyScreen();
+        drag.pressToMatch(key::super);
+        for (const ZoneSpan& zone : {leftHalf, rightHalf}) {
+            desktop.client.waitUntil([&] { return isOutlined(desktop, before, zoneFrame(area, zone)); },
+                                     "the zone is outlined at its edges");
+        }
+        EXPECT_TRUE(isUntouched(desktop, before, {638, 700, 4, 300}));
+        EXPECT_TRUE(isUntouched(desktop, before, {0, 1020, 1280, 4}));
+        drag.dropAndExpect(zoneFrame(area, rightHalf));
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(Sessions, OverlayAtScale,
+                         ::testing::Values(SessionKind{WindowManagerKind::openbox, false},
+                                           SessionKind{WindowManagerKind::openbox, true}),
+                         sessionName);
+
+TEST_P(OverlayAtScale, OneAndAQuarterChangesNoPixel) {
+    expectToChangeNoPixel("1.25");
+}
+
+TEST_P(OverlayAtScale, TwoChangesNoPixel) {
+    expectToChangeNoPixel("2");
+}
+
 TEST_P(Overlay, TheFillFollowsThePointer) {
     Desktop& desktop = start(withoutRestore());
     TestWindow window(desktop.server.displayName());
