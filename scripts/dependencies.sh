@@ -13,7 +13,8 @@ demonstration_packages=(
 )
 test_packages=(
     "${demonstration_packages[@]}"
-    git clang-16 libclang-rt-16-dev clang-format-16 xfwm4 i3-wm desktop-file-utils groff-base dpkg-dev file
+    git clang-16 libclang-rt-16-dev clang-format-16 xfwm4 i3-wm metacity kwin-x11 kwin-style-breeze
+    desktop-file-utils groff-base dpkg-dev file
     lld-16 libc++-16-dev musl-dev gnustep-make libgnustep-gui-dev gobjc libblocksruntime-dev
 )
 

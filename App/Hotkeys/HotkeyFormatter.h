@@ -8,6 +8,14 @@
 
 namespace tarvex {
 
+/// What the modifier keys are called on the keyboards of the platform, for those who do not know the symbols.
+struct ModifierNames {
+    std::string command;
+    std::string shift;
+    std::string option;
+    std::string control;
+};
+
 /// Writes hotkeys for people, with keys named as the user's keyboard layout labels them.
 class HotkeyFormatter {
 public:
@@ -17,6 +25,10 @@ public:
     /// The symbols of the modifiers, Command, Option, Control and Shift in this order, and the key's name,
     /// joined by " + "; "Not set" for none. UTF-8.
     [[nodiscard]] std::string format(const std::optional<HotkeyDefinition>& hotkey) const;
+
+    /// The same in words, for those who hear it or do not know the symbols.
+    [[nodiscard]] std::string formatInWords(const std::optional<HotkeyDefinition>& hotkey,
+                                            const ModifierNames& names) const;
 
 private:
     KeyboardLayoutPlatform* layout_;

@@ -32,7 +32,8 @@ public:
     virtual ~KeyMonitorPlatform() = default;
 
     /// Has the handler called for every key press, also for combinations that the desktop would take for
-    /// itself where the platform can. Null when the platform refuses.
+    /// itself where the platform can. A press with modifiers that the event_flag bits would not tell may
+    /// reach neither the handler nor the window. Null when the platform refuses.
     [[nodiscard]] virtual std::unique_ptr<KeyMonitor> addLocalKeyDownMonitor(KeyHandler handler) = 0;
 };
 

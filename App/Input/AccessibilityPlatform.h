@@ -49,8 +49,8 @@ struct AccessibilityValueResult {
 };
 
 /// Port: other programs' windows. Positions are in accessibility space: points, origin at the left edge of
-/// the primary display and the top of the desktop, y down. No call waits for the program that owns the
-/// window, and none throws: a window that has gone is an error code.
+/// the primary display and the top of the desktop, y down. No call waits for long for the program that owns
+/// the window, and none throws: a window that has gone, or whose program does not answer, is an error code.
 ///
 /// Attributes: "AXWindow" is the top-level window that an element belongs to; "AXParent" the element that
 /// holds it; "AXPosition" the top-left corner of the window as the user sees it, frame included and invisible

@@ -60,6 +60,20 @@ void PreferencesViewController::configureSubviews() {
                     "Remove the hotkey that opens the preferences");
     configureCheckboxes();
     configureButton(closeButton_, "closeButton", "Close", "");
+    nameHotkeyButtons();
+}
+
+void PreferencesViewController::nameHotkeyButtons() {
+    for (Control* button : {&recordHotkeyButton_, &clearHotkeyButton_}) {
+        button->accessibleName = nameInRow(button->text, editorHotkeyLabel_);
+    }
+    for (Control* button : {&recordPreferencesHotkeyButton_, &clearPreferencesHotkeyButton_}) {
+        button->accessibleName = nameInRow(button->text, preferencesHotkeyLabel_);
+    }
+}
+
+std::string PreferencesViewController::nameInRow(const std::string& text, const Control& rowLabel) {
+    return text + " (" + rowLabel.text + ")";
 }
 
 void PreferencesViewController::configureLabels() {

@@ -68,14 +68,23 @@ void PreferencesViewController::marginChanged(double value) {
 }
 
 void PreferencesViewController::refreshHotkeyLabels() {
-    editorHotkeyValueLabel_.text = hotkeyFormatter_.format(preferencesController_->getOpenEditorHotkey());
+    showHotkey(editorHotkeyValueLabel_, editorHotkeyLabel_, preferencesController_->getOpenEditorHotkey());
     recordHotkeyButton_.text = isRecordingHotkey_ ? recordingTitle : recordTitle;
+    recordHotkeyButton_.accessibleName = nameInRow(recordHotkeyButton_.text, editorHotkeyLabel_);
     recordHotkeyButton_.isEnabled = true;
 }
 
 void PreferencesViewController::refreshPreferencesHotkeyLabel() {
-    preferencesHotkeyValueLabel_.text =
-        hotkeyFormatter_.format(preferencesController_->getOpenPreferencesHotkey());
+    showHotkey(preferencesHotkeyValueLabel_, preferencesHotkeyLabel_,
+               preferencesController_->getOpenPreferencesHotkey());
+}
+
+void PreferencesViewController::showHotkey(Control& label, const Control& rowLabel,
+                                           const std::optional<HotkeyDefinition>& hotkey) {
+    const std::string words = hotkeyFormatter_.formatInWords(hotkey, modifierNames_);
+    label.text = hotkeyFormatter_.format(hotkey);
+    label.toolTip = words == label.text ? "" : words;
+    label.accessibleName = nameInRow(words, rowLabel);
 }
 
 void PreferencesViewController::recordTapped(Hotkey hotkey) {
@@ -186,10 +195,24 @@ void PreferencesViewController::hideMenuBarIconChanged() {
     }
 }
 
-void PreferencesViewController::closeTapped() {
+void PreferencesViewController::endRecording() {
+    isRecordingHotkey_ = false;
     hotkeyRecorder_.stop();
+    refreshHotkeyLabels();
+}
+
+void PreferencesViewController::closeTapped() {
+    endRecording();
     if (close_) {
         close_();
+    }
+}
+
+void PreferencesViewController::windowDidClose() {
+    // Nobody would know, when the window is shown again, that its next key is waited for.
+    endRecording();
+    if (setNeedsLayout_) {
+        setNeedsLayout_();
     }
 }
 

@@ -15,14 +15,6 @@
 
 namespace tarvex {
 
-/// What the modifier keys are called on the keyboards of the platform, for those who do not know the symbols.
-struct ModifierNames {
-    std::string command;
-    std::string shift;
-    std::string option;
-    std::string control;
-};
-
 /// What a PreferencesViewController works with; all must outlive it.
 struct PreferencesSurroundings {
     KeyMonitorPlatform& keyMonitors;
@@ -48,6 +40,7 @@ public:
 
     [[nodiscard]] Form form(const Size& contentSize) override;
     void controlChanged(const std::string& id, double value) override;
+    void windowDidClose() override;
 
 private:
     /// The boxes of one combination, in the order Command, Shift, Option, Control.
@@ -59,10 +52,12 @@ private:
     void configureSubviews();
     void configureLabels();
     void configureCheckboxes();
+    void nameHotkeyButtons();
     void loadInitialValues();
     void updateMarginValueLabel(double value);
     void marginChanged(double value);
     void refreshHotkeyLabels();
+    void showHotkey(Control& label, const Control& rowLabel, const std::optional<HotkeyDefinition>& hotkey);
     void refreshPreferencesHotkeyLabel();
     void recordTapped(Hotkey hotkey);
     void finishRecording(Hotkey hotkey, const std::optional<HotkeyDefinition>& recorded);
@@ -77,8 +72,11 @@ private:
     void updateHideMenuBarAvailability();
     void launchAtLoginChanged();
     void hideMenuBarIconChanged();
+    void endRecording();
     void closeTapped();
 
+    /// For a text that other rows have as well.
+    [[nodiscard]] static std::string nameInRow(const std::string& text, const Control& rowLabel);
     [[nodiscard]] std::array<Control*, 27> allControls();
     [[nodiscard]] Control* find(const std::string& id);
     void act(const Control& control);

@@ -41,8 +41,10 @@ struct ButtonStyle {
     bool operator==(const ButtonStyle&) const = default;
 };
 
+/// What a control is to the person who uses it.
 enum class ControlKind : std::uint8_t { label, slider, pushButton, checkbox };
 
+/// Where a text stands in its frame; natural is the side at which its language begins.
 enum class TextAlignment : std::uint8_t { natural, center };
 
 /// The system's colours for text: that of labels, and a fainter one for what explains them.
@@ -55,7 +57,7 @@ struct Control {
     std::string id;
     /// In view coordinates: points, origin at the bottom-left of the view, y up.
     Rect frame;
-    /// The title or the text shown; also its name for assistive technology. UTF-8.
+    /// The title or the text shown. UTF-8.
     std::string text;
     Font font;
     /// The position of a slider; 0 or 1 for a checkbox.
@@ -69,6 +71,9 @@ struct Control {
     bool wrapsText = false;
     /// What a person is told who rests the pointer on it, or cannot see it. Empty for the text itself.
     std::string toolTip = {};
+    /// What assistive technology calls it where the text alone would not tell it from other controls. Empty
+    /// for the text, or the tool tip of a mere symbol.
+    std::string accessibleName = {};
     bool isEnabled = true;
     bool isHidden = false;
     std::optional<ButtonStyle> buttonStyle = {};

@@ -43,6 +43,11 @@ public:
 
     /// The user used the control of that id; the value is the one that it has now.
     virtual void controlChanged(const std::string& id, double value) = 0;
+
+    /// The window was closed, whether by its close() or by the user, who has its title bar and keys for that.
+    /// Called once for each closing, when the window is hidden already; not for one that was not open, not
+    /// when it is iconified, and not when it is destroyed.
+    virtual void windowDidClose() {}
 };
 
 /// Port: a native window with a title and controls. It is made hidden.

@@ -60,7 +60,8 @@ public:
     /// The control of that id was used.
     virtual void controlActivated(const std::string& id) = 0;
 
-    /// A display came, went or moved, so that the window may no longer be where it should be.
+    /// A display came, went or moved, or panels leave another part of it, so that the window may no longer be
+    /// where it should be.
     virtual void screensChanged() = 0;
 };
 

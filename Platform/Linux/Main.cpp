@@ -33,6 +33,7 @@
 #include "Platform/Posix/PosixFileManager.h"
 
 #include <QApplication>
+#include <QDBusConnection>
 #include <QSessionManager>
 
 #include <cinttypes>
@@ -52,7 +53,8 @@ namespace {
 /// Every adapter over one connection to the X server, in the order in which they need each other.
 class Desktop {
 public:
-    explicit Desktop(XConnection& connection)
+    /// @param busAddress of the session bus; empty for none
+    Desktop(XConnection& connection, const std::string& busAddress)
         : pump(connection),
           monitors(connection, pump),
           struts(connection, pump),
@@ -60,16 +62,17 @@ public:
           displays(connection, monitors),
           screens(connection, monitors, struts),
           eventTap(connection, pump, pointer, SessionKind::fromEnvironment(), {.mainLoop = &mainLoop}),
-          accessibility(connection, pump, monitors, toolkitWindows()),
+          accessibility(connection, pump, monitors, toolkitWindows(), &mainLoop),
           windows(connection, pump, monitors, &SystemColors::accentColor, &log),
           textMeasurer(fonts),
-          viewWindows(connection, pump, monitors, fonts, &SystemColors::accentColor, &log),
+          viewWindows(connection, pump, monitors, fonts, &SystemColors::accentColor,
+                      {.struts = &struts, .managedWindows = toolkitWindows(), .log = &log}),
           formWindows({connection, pump, monitors, screens, pointer, fonts}),
           hotkeys(connection, pump,
                   [this](const HotkeyIdentifier& hotkey, std::int32_t status) { logLoss(hotkey, status); }),
           keyboardLayout(connection, pump, &QtText::upperCased),
           keyMonitors(connection, pump),
-          statusBar(connection, pump, SessionBusAddress::find()),
+          statusBar(connection, pump, busAddress, [this] { viewWindows.noteMenuClosing(); }),
           eventSource(pump),
           files(XdgDirectories::configHome()),
           loginItem(files, XdgLoginItem::Places::standard()),
@@ -196,16 +199,27 @@ int runApplication(Desktop& desktop, const InstanceRequest& request, SingleInsta
     return QApplication::exec();
 }
 
+// The toolkit waits for its session bus without a limit. It gets none that has not answered just now, and is
+// connected at once instead of some time later.
+void connectToolkit(const std::string& busAddress) {
+    SessionBusAddress::pin(busAddress);
+    if (!busAddress.empty()) {
+        [[maybe_unused]] const QDBusConnection bus = QDBusConnection::sessionBus();
+    }
+}
+
 int run(const CommandLine& commandLine, int& argc, char** argv) {
     SingleInstance::Outcome start;
+    std::string busAddress;
     if (!commandLine.listsDisplays) {
+        busAddress = SessionBusAddress::find();
         start = SingleInstance::acquire(commandLine.request());
         std::fputs(start.message.c_str(), stderr);
         if (!start.instance) {
             return start.exitCode;
         }
     }
-    QtSignals::holdBack();
+    connectToolkit(start.busAddress);
     const std::unique_ptr<XConnection> connection = XConnection::open();
     if (!connection) {
         std::fputs("tarvex: cannot reach an X server; is DISPLAY set?\n", stderr);
@@ -224,7 +238,7 @@ int run(const CommandLine& commandLine, int& argc, char** argv) {
     std::setlocale(LC_NUMERIC, "C");
     prepareToolkit();
 
-    Desktop desktop(*connection);
+    Desktop desktop(*connection, busAddress);
     desktop.pump.setConnectionLostHandler([] { QApplication::quit(); });
     const QtSignals terminationSignals([] { QApplication::quit(); });
     if (commandLine.listsDisplays) {
@@ -241,12 +255,12 @@ int run(const CommandLine& commandLine, int& argc, char** argv) {
 } // namespace tarvex
 
 int main(int argc, char** argv) {
+    tarvex::QtSignals::endAtOnce();
     const std::vector<std::string> arguments(argv + 1, argv + argc);
     const tarvex::CommandLine commandLine = tarvex::parseCommandLine(arguments, TARVEX_VERSION);
     if (commandLine.exit) {
         std::fputs(commandLine.exit->text.c_str(), commandLine.exit->exitCode == 0 ? stdout : stderr);
         return commandLine.exit->exitCode;
     }
-    tarvex::SessionBusAddress::pin();
     return tarvex::run(commandLine, argc, argv);
 }

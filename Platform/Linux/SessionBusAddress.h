@@ -12,9 +12,13 @@ public:
     /// bus ("autolaunch:") is none: a bus that nobody else is on is of no use, and it would outlive us.
     [[nodiscard]] static std::string find();
 
-    /// Has the environment say what find() says, so that libraries that would start a bus of their own
-    /// where none is named do not. Call it before anything else touches D-Bus.
-    static void pin();
+    /// Has the environment name that bus, or none for an empty address. Libraries then neither wait for a bus
+    /// that does not answer nor start one of their own where none is named. Call it before they touch D-Bus.
+    static void pin(const std::string& address);
+
+    /// False when connecting to a socket of this system would fail or would have to wait, because nobody
+    /// takes the connections that stand in line. Does not wait. True for addresses of other kinds.
+    [[nodiscard]] static bool takesConnections(const std::string& address);
 };
 
 } // namespace tarvex

@@ -33,12 +33,22 @@ SingleInstance::SingleInstance(std::unique_ptr<InstanceService> service, Instanc
 SingleInstance::~SingleInstance() = default;
 
 SingleInstance::Outcome SingleInstance::acquire(const InstanceRequest& request, const Options& options) {
-    auto service = options.busAddress.empty()
-                       ? nullptr
-                       : std::make_unique<InstanceService>(options.busAddress, options.patience);
+    auto service =
+        options.busAddress.empty()
+            ? nullptr
+            : std::make_unique<InstanceService>(
+                  options.busAddress, options.lockFolder.session,
+                  InstanceService::Patience{.bus = options.busPatience, .instance = options.patience});
     if (!service || !service->isConnected()) {
         return acquireLock(request, options.lockFolder, nullptr);
     }
+    Outcome outcome = acquireOnBus(request, options, std::move(service));
+    outcome.busAddress = options.busAddress;
+    return outcome;
+}
+
+SingleInstance::Outcome SingleInstance::acquireOnBus(const InstanceRequest& request, const Options& options,
+                                                     std::unique_ptr<InstanceService> service) {
     for (int attempt = 0; attempt < attempts; ++attempt) {
         if (!isQuit(request) && service->takeName()) {
             return acquireLock(request, options.lockFolder, std::move(service));
@@ -50,7 +60,8 @@ SingleInstance::Outcome SingleInstance::acquire(const InstanceRequest& request, 
             return {.instance = nullptr, .exitCode = 1, .message = noAnswer};
         case InstanceService::Answer::nobody:
             if (isQuit(request)) {
-                return {.instance = nullptr, .exitCode = 0, .message = notRunning};
+                // One that runs may be on no bus, or on another one.
+                return acquireLock(request, options.lockFolder, nullptr);
             }
             break;
         }

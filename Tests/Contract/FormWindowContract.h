@@ -231,37 +231,21 @@ TEST_P(FormWindowContract, DragReportsEveryMovementOfTheSlider) {
     EXPECT_EQ(seen("slider")->value, 40);
 }
 
-TEST_P(FormWindowContract, SliderIsMovedByTheKeyboard) {
-    owner_.control("slider").value = 8.5;
-    window_->setNeedsLayout();
-    show();
-    // The first control that takes keys has them from the start.
-    for (const FormKey key : {FormKey::right, FormKey::right, FormKey::left, FormKey::pageUp,
-                              FormKey::pageDown, FormKey::end, FormKey::right, FormKey::home}) {
-        press(key);
-    }
-    EXPECT_EQ(owner_.uses, (Uses{{"slider", 9.5},
-                                 {"slider", 10.5},
-                                 {"slider", 9.5},
-                                 {"slider", 14.5},
-                                 {"slider", 9.5},
-                                 {"slider", 40},
-                                 {"slider", 0}}));
-}
-
 TEST_P(FormWindowContract, KeyboardReachesTheControlsInTheOrderOfTheForm) {
     show();
-    press(FormKey::tab);
-    press(FormKey::space);
-    press(FormKey::enter);
-    press(FormKey::tab);
-    press(FormKey::space);
-    press(FormKey::enter);
-    press(FormKey::tab);
-    press(FormKey::enter);
+    // The first control that takes keys has them from the start.
+    press(FormKey::right);
+    for (int control = 0; control < 3; ++control) {
+        press(FormKey::tab);
+        press(FormKey::space);
+    }
     press(FormKey::tab);
     press(FormKey::right);
-    EXPECT_EQ(owner_.uses, (Uses{{"box", 1}, {"button", 0}, {"button", 0}, {"last", 0}, {"slider", 9}}));
+    std::vector<std::string> used;
+    for (const RecordingFormOwner::Use& use : owner_.uses) {
+        used.push_back(use.id);
+    }
+    EXPECT_EQ(used, (std::vector<std::string>{"slider", "box", "button", "last", "slider"}));
 }
 
 TEST_P(FormWindowContract, KeyboardPassesOverWhatCannotBeUsed) {

@@ -38,6 +38,11 @@ public:
         reaction(id);
     }
 
+    void windowDidClose() override {
+        ++closings;
+        closed();
+    }
+
     Control& control(const std::string& id) {
         return *std::find_if(controls.begin(), controls.end(),
                              [&](const Control& candidate) { return candidate.id == id; });
@@ -59,8 +64,12 @@ public:
     /// Whether a control keeps what the person made of it.
     bool takesValues = true;
     int asked = 0;
+    /// How often the window was closed.
+    int closings = 0;
     Size lastSize;
     std::function<void(const std::string& id)> reaction = [](const std::string& /*id*/) {};
+    /// What it does when the window was closed.
+    std::function<void()> closed = [] {};
 };
 
 } // namespace tarvex::contract

@@ -1,4 +1,5 @@
-#include "Tests/Contract/FormWindowContract.h"
+#include "Tests/Contract/FormWindowClosingContract.h"
+#include "Tests/Contract/FormWindowKeysContract.h"
 #include "Tests/Contract/SimulatedWorld.h"
 #include "Tests/Support/Simulated/SimulatedFormWindows.h"
 
@@ -56,6 +57,14 @@ private:
 
 INSTANTIATE_TEST_SUITE_P(
     Simulated, FormWindowContract,
+    ::testing::Values(worldFactory<FormWindowWorld, SimulatedFormWindowWorld>("Simulated")), worldName);
+
+INSTANTIATE_TEST_SUITE_P(
+    Simulated, FormWindowKeysContract,
+    ::testing::Values(worldFactory<FormWindowWorld, SimulatedFormWindowWorld>("Simulated")), worldName);
+
+INSTANTIATE_TEST_SUITE_P(
+    Simulated, FormWindowClosingContract,
     ::testing::Values(worldFactory<FormWindowWorld, SimulatedFormWindowWorld>("Simulated")), worldName);
 
 } // namespace

@@ -185,6 +185,82 @@ TEST(Configuration, ADanglingLinkIsNoFileAndBringsTheDefaults) {
     desktop.tarvex.expectCleanExit();
 }
 
+/// Settings that are unusual, but not broken, from the start; a setting is changed in the preferences.
+class ChangedFromTheStart : public ::testing::Test {
+protected:
+    ChangedFromTheStart() { tarvex().allowOnStandardError("CopyElementAtPosition returned nil element"); }
+
+    TarvexProgram& tarvex() { return desktop_.tarvex; }
+
+    [[nodiscard]] std::filesystem::path path() { return tarvex().configPath(); }
+
+    /// Whether the settings hold the change, and with it this margin.
+    bool waitForChange(double margin) {
+        return desktop_.client.waitFor([&] {
+            const auto document = nlohmann::json::parse(textOf(path()), nullptr, false);
+            return document.is_object() && document.value("restoreWindowSizeOnUnsnap", true) == false &&
+                   document.value("cellMarginPoints", 0.0) == margin;
+        });
+    }
+
+    [[nodiscard]] std::size_t filesBeside() {
+        return static_cast<std::size_t>(
+            std::distance(std::filesystem::directory_iterator(path().parent_path()), {}));
+    }
+
+    Desktop desktop_{plainSession, [] {
+                         DesktopOptions options;
+                         options.startsTarvex = false;
+                         return options;
+                     }()};
+};
+
+constexpr std::filesystem::perms readOnly = std::filesystem::perms::owner_read;
+
+TEST_F(ChangedFromTheStart, ADanglingLinkIsWrittenThrough) {
+    const std::filesystem::path folder = desktop_.server.scratch().folder("dotfiles");
+    std::filesystem::create_symlink(folder / "tarvex.json", path());
+    tarvex().start({"--open-preferences"});
+    clickRestore(desktop_);
+    EXPECT_TRUE(waitForChange(8)) << textOf(path());
+    EXPECT_TRUE(std::filesystem::is_symlink(path()));
+    EXPECT_TRUE(std::filesystem::is_regular_file(std::filesystem::symlink_status(folder / "tarvex.json")));
+    EXPECT_EQ(filesBeside(), 1U);
+    tarvex().expectCleanExit();
+}
+
+TEST_F(ChangedFromTheStart, AReadOnlyFileIsReplacedAndStaysReadOnly) {
+    write(path(), Settings{.margin = 3}.json());
+    std::filesystem::permissions(path(), readOnly);
+    tarvex().start({"--open-preferences"});
+    clickRestore(desktop_);
+    EXPECT_TRUE(waitForChange(3)) << textOf(path());
+    EXPECT_EQ(std::filesystem::status(path()).permissions(), readOnly);
+    EXPECT_EQ(filesBeside(), 1U);
+    tarvex().expectCleanExit();
+}
+
+// The shell's limit counts blocks; none is granted, which binds the superuser as well.
+TEST_F(ChangedFromTheStart, AFileThatCannotBeReplacedStaysWhole) {
+    const std::string before = Settings{.margin = 3}.json();
+    write(path(), before);
+    std::filesystem::permissions(path(), readOnly);
+    const std::filesystem::path limited = desktop_.server.scratch().write(
+        "limited", "#!/bin/sh\nulimit -f 0\nexec '" + std::string(TARVEX_PROGRAM) + "' \"$@\"\n");
+    std::filesystem::permissions(limited, std::filesystem::perms::owner_all);
+    TarvexProgram program(desktop_.server, limited.string());
+    program.allowOnStandardError("Tarvex [ConfigStore] error: Failed to write config: ");
+    program.allowOnStandardError("CopyElementAtPosition returned nil element");
+    ASSERT_EQ(program.configPath(), path());
+    program.launch({"--open-preferences"});
+    clickRestore(desktop_);
+    program.awaitOnStandardError("Failed to write config: ");
+    EXPECT_EQ(textOf(path()), before);
+    EXPECT_EQ(std::filesystem::status(path()).permissions(), readOnly);
+    EXPECT_EQ(filesBeside(), 1U) << "what was begun is taken away again";
+    program.expectCleanExit();
+}
+
 TEST(Configuration, ALinkIsFollowedToItsFile) {
     Desktop desktop(plainSession, {});
     const auto target = desktop.server.scratch().write("dotfiles/tarvex.json",

@@ -6,10 +6,6 @@
 
 namespace tarvex::test {
 
-std::string nameOf(const SessionKind& kind) {
-    return nameOf(kind.windowManager) + (kind.isComposited ? "_picom" : "_plain");
-}
-
 Desktop::Desktop(const SessionKind& kind, const DesktopOptions& options)
     : server{options.width, options.height},
       client{server.displayName()},
@@ -97,8 +93,12 @@ void Desktop::awaitCentered(xcb_window_t window) {
     const ManagedWindow managed(client, window);
     const auto isCentered = [&] {
         const auto frame = managed.visibleFrame();
-        const std::vector<std::uint32_t> area = client.words(client.root(), "_NET_WORKAREA");
-        if (!frame || area.size() < 4) {
+        std::vector<std::uint32_t> area = client.words(client.root(), "_NET_WORKAREA");
+        if (area.size() < 4) {
+            // A window manager need not say so while there are no panels.
+            area = {0, 0, client.screen().width_in_pixels, client.screen().height_in_pixels};
+        }
+        if (!frame) {
             return false;
         }
         // Twice the distance between the two middles, which may be half a pixel.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Tests/EndToEnd/Sessions.h"
 #include "Tests/EndToEnd/Settings.h"
 #include "Tests/Support/X11/Compositor.h"
 #include "Tests/Support/X11/Keyboard.h"
@@ -14,24 +15,10 @@
 
 #include <memory>
 #include <optional>
-#include <ostream>
 #include <string>
 #include <vector>
 
 namespace tarvex::test {
-
-/// What kind of session a test runs in.
-struct SessionKind {
-    WindowManagerKind windowManager = WindowManagerKind::openbox;
-    bool isComposited = false;
-};
-
-/// Such as "xfwm4_picom".
-[[nodiscard]] std::string nameOf(const SessionKind& kind);
-
-inline std::ostream& operator<<(std::ostream& stream, const SessionKind& kind) {
-    return stream << nameOf(kind);
-}
 
 /// How a test's desktop differs from one bare monitor.
 struct DesktopOptions {

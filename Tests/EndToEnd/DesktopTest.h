@@ -43,14 +43,4 @@ private:
     bool hasEnded_ = false;
 };
 
-[[nodiscard]] inline std::string sessionName(const ::testing::TestParamInfo<SessionKind>& info) {
-    return nameOf(info.param);
-}
-
-[[nodiscard]] inline auto allSessions() {
-    return ::testing::Values(
-        SessionKind{WindowManagerKind::openbox, false}, SessionKind{WindowManagerKind::openbox, true},
-        SessionKind{WindowManagerKind::xfwm4, false}, SessionKind{WindowManagerKind::xfwm4, true});
-}
-
 } // namespace tarvex::test

@@ -97,4 +97,23 @@ void snapAndExpect(Desktop& desktop, const ManagedWindow& window, PixelPoint tar
     drag.dropAndExpect(frame);
 }
 
+void snapAndExpect(Desktop& desktop, const ManagedWindow& window, const ZoneSpan& zone, double margin) {
+    const PixelRect area = desktop.screenArea();
+    snapAndExpect(desktop, window, pointIn(area, zone), zoneFrame(area, zone, margin));
+}
+
+void dragAndExpectNoWindow(Desktop& desktop, PixelPoint start) {
+    const std::string complaint = "SnapController.snapAndHide: activeWindow=nil";
+    desktop.tarvex.allowOnStandardError(complaint);
+    desktop.pointer.moveTo(start);
+    desktop.pointer.press();
+    desktop.keyboard.press(key::super);
+    desktop.awaitLog("updateOverlayState match modifiers=256 mode=single", 1);
+    desktop.pointer.glideTo({900, 500});
+    desktop.pointer.release();
+    desktop.tarvex.awaitOnStandardError(complaint);
+    desktop.keyboard.release(key::super);
+    desktop.settle();
+}
+
 } // namespace tarvex::test

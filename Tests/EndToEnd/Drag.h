@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Tests/EndToEnd/Desktop.h"
+#include "Tests/EndToEnd/Zones.h"
 
 #include <cstdint>
 #include <vector>
@@ -60,5 +61,13 @@ private:
 /// One whole gesture: drags the window, presses Super, moves to the point, and releases the button; the
 /// window must come to be exactly the frame and stay there.
 void snapAndExpect(Desktop& desktop, const ManagedWindow& window, PixelPoint target, const PixelRect& frame);
+
+/// The same into a zone of the whole screen.
+/// @param margin of the settings, in points
+void snapAndExpect(Desktop& desktop, const ManagedWindow& window, const ZoneSpan& zone, double margin = 8);
+
+/// One whole gesture on a window that no window manager moves: presses the button there, then Super, goes on,
+/// and releases. Tarvex must find no window to snap.
+void dragAndExpectNoWindow(Desktop& desktop, PixelPoint start);
 
 } // namespace tarvex::test

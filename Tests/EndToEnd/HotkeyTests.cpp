@@ -32,10 +32,10 @@ protected:
 };
 
 INSTANTIATE_TEST_SUITE_P(Sessions, Hotkeys,
-                         ::testing::Values(SessionKind{WindowManagerKind::openbox, false},
-                                           SessionKind{WindowManagerKind::openbox, true},
-                                           SessionKind{WindowManagerKind::xfwm4, false},
-                                           SessionKind{WindowManagerKind::xfwm4Strict, false}),
+                         ::testing::ValuesIn(withFurtherPlain({{WindowManagerKind::openbox, false},
+                                                               {WindowManagerKind::openbox, true},
+                                                               {WindowManagerKind::xfwm4, false},
+                                                               {WindowManagerKind::xfwm4Strict, false}})),
                          sessionName);
 
 TEST_P(Hotkeys, OpenTheEditorWhicheverProgramIsActive) {

@@ -1,5 +1,6 @@
 #include "Tests/EndToEnd/ShellFixture.h"
 #include "Tests/Support/X11/SessionBus.h"
+#include "Tests/Support/X11/SilentSocket.h"
 
 #include <string>
 #include <vector>
@@ -34,6 +35,24 @@ protected:
             EXPECT_EQ(second.standardOutput() + second.standardError(), "");
         }
         return status;
+    }
+
+    /// A start that finds the first one running and cannot reach it.
+    static void expectUnreachable(Desktop& desktop, const std::vector<std::string>& arguments) {
+        std::string output;
+        EXPECT_EQ(startAgain(desktop, arguments, &output), (ExitStatus{1, std::nullopt}));
+        EXPECT_EQ(output, "tarvex: already running, but not to be reached over the session bus\n");
+    }
+
+    /// Starts beside the first one all end, and it works.
+    static void expectNoNeedOfTheBus(Desktop& desktop) {
+        expectUnreachable(desktop, {});
+        expectUnreachable(desktop, {"--quit"});
+        std::string list;
+        EXPECT_EQ(startAgain(desktop, {"--list-displays"}, &list), success);
+        EXPECT_NE(list.find("1280x1024"), std::string::npos) << list;
+        TestWindow window(desktop.server.displayName());
+        snapAndExpect(desktop, window.managed(), rightHalf);
     }
 
     SessionBus bus_;
@@ -82,6 +101,49 @@ TEST_P(SecondStart, IsKeptOutWithoutASessionBus) {
     EXPECT_TRUE(output.starts_with("tarvex: ")) << output;
     EXPECT_NE(output.find("already"), std::string::npos) << output;
     EXPECT_EQ(std::count(output.begin(), output.end(), '\n'), 1) << output;
+}
+
+TEST_P(SecondStart, TellsOfAFirstThatIsOnNoBus) {
+    Desktop& desktop = start();
+    desktop.tarvex.setVariable(busVariable, bus_.address());
+    expectUnreachable(desktop, {});
+    expectUnreachable(desktop, {"--quit"});
+    EXPECT_TRUE(desktop.tarvex.process().isRunning());
+}
+
+TEST_P(SecondStart, InAnotherXSessionOnTheSameBusIsAFirst) {
+    Desktop& desktop = startFirst();
+    const XServer server;
+    TarvexProgram other(server, TARVEX_PROGRAM);
+    for (const char* shared : {busVariable, "XDG_RUNTIME_DIR"}) {
+        other.setVariable(shared, desktop.tarvex.command({}).environment.at(shared));
+    }
+    other.start();
+    ChildProcess quit(other.command({"--quit"}));
+    EXPECT_EQ(quit.waitForExit(), success);
+    EXPECT_EQ(other.process().waitForExit(), success);
+    EXPECT_TRUE(desktop.tarvex.process().isRunning());
+    EXPECT_FALSE(findWindow(desktop, "Preferences").has_value());
+}
+
+TEST_P(SecondStart, AndTheFirstDoWithoutABusThatNeverAnswers) {
+    const SilentSocket silent;
+    DesktopOptions options;
+    options.startsTarvex = false;
+    Desktop& desktop = start(options);
+    desktop.tarvex.setVariable(busVariable, silent.busAddress());
+    desktop.tarvex.start();
+    expectNoNeedOfTheBus(desktop);
+}
+
+TEST_P(SecondStart, AndTheFirstDoWithoutABusThatHasStopped) {
+    Desktop& desktop = startFirst();
+    EXPECT_EQ(startAgain(desktop, {}), success);
+    awaitPreferences(desktop);
+    bus_.freeze();
+    desktop.keyboard.tap(key::escape);
+    awaitNoWindow(desktop, "Preferences");
+    expectNoNeedOfTheBus(desktop);
 }
 
 TEST_P(SecondStart, IsTheFirstOnceThatHasEnded) {

@@ -28,27 +28,17 @@ TEST_P(Lifecycle, StartsBeforeTheWindowManagerAndServesItWhenItComes) {
     Desktop& desktop = start(options);
     desktop.windowManager = std::make_unique<WindowManager>(desktop.server, GetParam().windowManager);
     TestWindow window(desktop.server.displayName());
-    const PixelRect area = desktop.screenArea();
-    snapAndExpect(desktop, window.managed(), pointIn(area, rightHalf), zoneFrame(area, rightHalf));
+    snapAndExpect(desktop, window.managed(), rightHalf);
 }
 
 TEST_P(Lifecycle, WithoutAWindowManagerADragOfAWindowSnapsNothing) {
     DesktopOptions options;
     options.startsWindowManager = false;
     Desktop& desktop = start(options);
-    desktop.tarvex.allowOnStandardError("SnapController.snapAndHide: activeWindow=nil");
     TestWindowOptions unmanaged;
     unmanaged.isOverrideRedirect = true;
     TestWindow window(desktop.server.displayName(), unmanaged);
-    desktop.pointer.moveTo({300, 300});
-    desktop.pointer.press();
-    desktop.keyboard.press(key::super);
-    desktop.awaitLog("updateOverlayState match modifiers=256 mode=single", 1);
-    desktop.pointer.glideTo({900, 500});
-    desktop.pointer.release();
-    desktop.tarvex.awaitOnStandardError("SnapController.snapAndHide: activeWindow=nil");
-    desktop.keyboard.release(key::super);
-    desktop.settle();
+    dragAndExpectNoWindow(desktop, {300, 300});
     EXPECT_EQ(desktop.client.geometryInRoot(window.id()), (PixelRect{200, 200, 400, 300}));
 }
 
@@ -69,7 +59,7 @@ TEST_P(Lifecycle, AButtonThatWasDownAtTheStartIsNoDrag) {
     desktop.keyboard.release(key::super);
     desktop.expectFrameUnchanged(window.managed(), dropped);
     EXPECT_EQ(desktop.tarvex.countInLog("snap"), 0);
-    snapAndExpect(desktop, window.managed(), pointIn(area, rightHalf), zoneFrame(area, rightHalf));
+    snapAndExpect(desktop, window.managed(), rightHalf);
 }
 
 TEST_P(Lifecycle, EndsWellWhenTheXServerGoesAway) {

@@ -45,7 +45,7 @@ protected:
         return {{"left", left, true, onTheLeft}, {"right", rightArea, false, !onTheLeft}};
     }
 
-    // xfwm4 knows only monitors with an output and keeps windows within reach of those.
+    // The others know only monitors with an output and keep windows within reach of those.
     static bool canHoldWindows(const PixelRect& monitor) {
         return GetParam().kind.windowManager == WindowManagerKind::openbox ||
                (monitor == leftArea) == GetParam().isOutputOnTheLeft;
@@ -71,11 +71,9 @@ private:
 
 std::vector<TwoMonitorSession> twoMonitorSessions() {
     std::vector<TwoMonitorSession> sessions;
-    for (const auto windowManager : {WindowManagerKind::openbox, WindowManagerKind::xfwm4}) {
-        for (const bool isComposited : {false, true}) {
-            sessions.push_back({{windowManager, isComposited}, true});
-            sessions.push_back({{windowManager, isComposited}, false});
-        }
+    for (const SessionKind& kind : withFurther(usualSessions())) {
+        sessions.push_back({kind, true});
+        sessions.push_back({kind, false});
     }
     return sessions;
 }

@@ -227,6 +227,34 @@ TEST_P(Preferences, EscapeEndsARecordingAndKeepsTheHotkey) {
     expectNoSetting(desktop, "openEditorHotkey");
 }
 
+TEST_P(Preferences, ClosingThemByTheTitleBarEndsARecording) {
+    constexpr HotkeySetting preferencesHotkey{letter::pKeyCode, mask::super};
+    Desktop& desktop = startPreferences({.preferencesHotkey = preferencesHotkey});
+    record(desktop, recordEditor);
+    constexpr std::uint32_t fromAPager = 2;
+    desktop.client.sendToWindowManager(window_, "_NET_CLOSE_WINDOW", {XCB_CURRENT_TIME, fromAPager, 0, 0, 0});
+    awaitNoWindow(desktop, "Preferences");
+    desktop.client.waitUntil([&] { return !isKeyboardTaken(desktop); }, "the recording has ended");
+    chord(desktop, {key::super, letter::p});
+    window_ = awaitPreferences(desktop);
+    desktop.keyboard.tap(key::tab);
+    chord(desktop, {key::control, letter::e});
+    useAndExpect(desktop, restoreSize, "restoreWindowSizeOnUnsnap", false);
+    EXPECT_FALSE(isKeyboardTaken(desktop));
+    expectNoSetting(desktop, "openEditorHotkey");
+}
+
+// What the settings cannot say would be another combination, and taken from every program.
+TEST_P(Preferences, RecordingWaitsOnWhileAltGrIsHeld) {
+    Desktop& desktop = startPreferences();
+    record(desktop, recordEditor);
+    chord(desktop, {key::altGr, letter::e});
+    EXPECT_TRUE(isKeyboardTaken(desktop));
+    chord(desktop, {key::super, letter::p});
+    expectSetting(desktop, "openEditorHotkey", {{"keyCode", letter::pKeyCode}, {"modifiers", mask::super}});
+    EXPECT_EQ(desktop.tarvex.countInLog("OpenEditor hotkey: keyCode=" + std::to_string(letter::eKeyCode)), 0);
+}
+
 TEST_P(Preferences, UnreadableSettingsAreKeptBeforeTheyAreOverwritten) {
     Desktop& desktop = startPreferences();
     desktop.tarvex.allowOnStandardError("Failed to decode config: ");

@@ -1,4 +1,5 @@
 #include "Tests/EndToEnd/ShellFixture.h"
+#include "Tests/Support/X11/SessionBus.h"
 #include "Tests/Support/X11/TrayHost.h"
 
 #include <algorithm>
@@ -107,6 +108,22 @@ TEST_P(StatusItem, AppearsWhenATrayStartsLater) {
     tray_->end();
     tray_->start();
     awaitIcons(desktop, 1);
+    choose(desktop, {key::down, key::down});
+    awaitPreferences(desktop);
+}
+
+TEST_P(StatusItem, AppearsAndServesWhileTheSessionBusHangs) {
+    const SessionBus bus;
+    Desktop& desktop = startWithoutTarvex({});
+    desktop.tarvex.setVariable("DBUS_SESSION_BUS_ADDRESS", bus.address());
+    desktop.tarvex.start({"--open-preferences"});
+    awaitPreferences(desktop);
+    desktop.keyboard.tap(key::escape);
+    awaitNoWindow(desktop, "Preferences");
+    bus.freeze();
+    tray_ = std::make_unique<TrayHost>(desktop.server);
+    awaitIcons(desktop, 1);
+    desktop.settle();
     choose(desktop, {key::down, key::down});
     awaitPreferences(desktop);
 }

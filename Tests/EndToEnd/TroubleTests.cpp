@@ -103,17 +103,18 @@ TEST_P(Trouble, AWindowManagerThatReplacesAnotherIsServedToo) {
 }
 
 TEST_P(Trouble, AReleaseBeforeAnyZoneWasTouchedIsAbandoned) {
-    // Nothing is selected while the pointer is on the panel, which is no part of any zone.
+    // Nothing is selected while the pointer is on the panel, which is no part of any zone. It is at the
+    // bottom, since some window managers maximise a window that is dropped at the top.
     Desktop& desktop = start();
     TestWindowOptions panel;
     panel.type = "_NET_WM_WINDOW_TYPE_DOCK";
-    panel.geometry = {0, 0, 1280, 48};
-    panel.strut = Strut{.top = 48, .topStart = 0, .topEnd = 1279};
+    panel.geometry = {0, 976, 1280, 48};
+    panel.strut = Strut{.bottom = 48, .bottomStart = 0, .bottomEnd = 1279};
     TestWindow dock(desktop.server.displayName(), panel);
     TestWindow window(desktop.server.displayName());
     desktop.tarvex.allowOnStandardError("SnapController.snapAndHide: selection rect=nil");
     Drag drag(desktop, window.managed());
-    drag.moveTo({600, 20});
+    drag.moveTo({600, 1000});
     drag.pressToMatch(key::super);
     desktop.windowManager->barrier();
     const PixelRect dragged = window.managed().requireVisibleFrame();

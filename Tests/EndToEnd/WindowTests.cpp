@@ -1,13 +1,22 @@
 #include "Tests/EndToEnd/DesktopTest.h"
 #include "Tests/Support/X11/RealApplication.h"
 
+#include <algorithm>
+
 namespace tarvex::test {
 namespace {
+
+/// A point inside the part of a window that is on the screen.
+PixelPoint centerOf(const PixelRect& screen, const PixelRect& frame) {
+    const int left = std::max(frame.x, screen.x);
+    const int right = std::min(frame.x + frame.width, screen.x + screen.width);
+    return {left + (right - left) / 2, frame.y + frame.height / 2};
+}
 
 // Windows that are not plain ones.
 class Windows : public DesktopTest {};
 
-INSTANTIATE_TEST_SUITE_P(Sessions, Windows, allSessions(), sessionName);
+INSTANTIATE_TEST_SUITE_P(Sessions, Windows, manySessions(), sessionName);
 
 TEST_P(Windows, ATerminalEndsWithinOneCharacterCellBelowItsZone) {
     Desktop& desktop = start();
@@ -39,14 +48,13 @@ TEST_P(Windows, ATerminalEndsWithinOneCharacterCellBelowItsZone) {
 TEST_P(Windows, OneThatDrawsItsOwnFrameLandsWithItsVisiblePartOnTheZone) {
     Desktop& desktop = start();
     RealApplication application(desktop.server, {TARVEX_HEADER_BAR_WINDOW});
-    const bool hasShadow = GetParam().windowManager == WindowManagerKind::xfwm4 && GetParam().isComposited;
+    const bool hasShadow = GetParam().windowManager != WindowManagerKind::openbox && GetParam().isComposited;
     desktop.client.waitUntil(
         [&] { return (application.window().invisibleExtents() != PixelExtents{}) == hasShadow; },
         "the window has the invisible borders that such a session brings");
     ASSERT_EQ(application.window().frameExtents(), PixelExtents{});
-    const PixelRect area = desktop.screenArea();
-    snapAndExpect(desktop, application.window(), pointIn(area, rightHalf), zoneFrame(area, rightHalf));
-    snapAndExpect(desktop, application.window(), pointIn(area, leftHalf), zoneFrame(area, leftHalf));
+    snapAndExpect(desktop, application.window(), rightHalf);
+    snapAndExpect(desktop, application.window(), leftHalf);
 }
 
 TEST_P(Windows, AMaximisedOneIsRestoredIntoTheZone) {
@@ -79,9 +87,7 @@ TEST_P(Windows, OneMaximisedVerticallyIsRestoredIntoTheZone) {
     window.changeState(true, "_NET_WM_STATE_MAXIMIZED_VERT");
     desktop.client.waitUntil([&] { return window.managed().hasState("_NET_WM_STATE_MAXIMIZED_VERT"); },
                              "the window is maximised vertically");
-    const PixelRect area = desktop.screenArea();
-    const ZoneSpan zone = rightHalf;
-    snapAndExpect(desktop, window.managed(), pointIn(area, zone), zoneFrame(area, zone));
+    snapAndExpect(desktop, window.managed(), rightHalf);
     EXPECT_FALSE(window.managed().hasState("_NET_WM_STATE_MAXIMIZED_VERT"));
 }
 
@@ -91,8 +97,7 @@ TEST_P(Windows, AShadedOneIsUnrolledIntoTheZone) {
     window.changeState(true, "_NET_WM_STATE_SHADED");
     desktop.client.waitUntil([&] { return window.managed().hasState("_NET_WM_STATE_SHADED"); },
                              "the window is shaded");
-    const PixelRect area = desktop.screenArea();
-    snapAndExpect(desktop, window.managed(), pointIn(area, rightHalf), zoneFrame(area, rightHalf));
+    snapAndExpect(desktop, window.managed(), rightHalf);
     EXPECT_FALSE(window.managed().hasState("_NET_WM_STATE_SHADED"));
 }
 
@@ -109,7 +114,7 @@ TEST_P(Windows, OneDraggedToAnEdgeOfTheScreenIsTakenOverByTheZone) {
 
     for (const Edge& edge :
          {Edge{{0, 500}, {0, 0, 640, 1024}, leftHalf}, Edge{{1279, 500}, {640, 0, 640, 1024}, rightHalf},
-          Edge{{900, 0}, area, rightHalf}}) {
+          Edge{{900, 0}, area, rightHalf}, Edge{{1279, 1023}, {640, 512, 640, 512}, rightHalf}}) {
         SCOPED_TRACE(describe(edge.tile));
         TestWindow window(desktop.server.displayName());
         const PixelRect before = window.managed().requireVisibleFrame();
@@ -121,7 +126,7 @@ TEST_P(Windows, OneDraggedToAnEdgeOfTheScreenIsTakenOverByTheZone) {
             // Such a window manager tiles or maximises it there while the button is still down.
             desktop.expectFrame(window.managed(), edge.tile);
         } else {
-            // The other one lets it hang over the edge.
+            // Others let it hang over the edge, some until the drop.
             const PixelRect dragged = window.managed().requireVisibleFrame();
             EXPECT_EQ(dragged.width, before.width);
             EXPECT_EQ(dragged.height, before.height);
@@ -129,6 +134,34 @@ TEST_P(Windows, OneDraggedToAnEdgeOfTheScreenIsTakenOverByTheZone) {
         drag.dropAndExpect(zoneFrame(area, edge.zone));
         EXPECT_FALSE(window.managed().hasState("_NET_WM_STATE_MAXIMIZED_VERT"));
     }
+}
+
+TEST_P(Windows, OneThatWasTiledEarlierGoesToItsZone) {
+    Desktop& desktop = start();
+    const PixelRect area = desktop.screenArea();
+    TestWindow window(desktop.server.displayName());
+    {
+        Drag drag(desktop, window.managed());
+        drag.moveTo({0, 500});
+        desktop.windowManager->barrier();
+        drag.drop();
+    }
+    if (GetParam().windowManager != WindowManagerKind::openbox) {
+        desktop.expectFrame(window.managed(), {0, 0, 640, 1024});
+    }
+    desktop.windowManager->barrier();
+    // By its inside, so that no window manager drags it out of its tile.
+    const PixelRect zone = zoneFrame(area, rightHalf);
+    desktop.pointer.moveTo(centerOf(area, window.managed().requireVisibleFrame()));
+    desktop.pointer.press();
+    const int shown = desktop.tarvex.countInLog("updateOverlayState match");
+    desktop.keyboard.press(key::super);
+    desktop.awaitLog("updateOverlayState match", shown + 1);
+    desktop.pointer.glideTo(pointIn(area, rightHalf));
+    desktop.pointer.release();
+    desktop.expectFrame(window.managed(), zone);
+    desktop.keyboard.release(key::super);
+    desktop.expectFrameUnchanged(window.managed(), zone);
 }
 
 TEST_P(Windows, OneWithAMinimumSizeKeepsItAtTheOriginOfTheZone) {
@@ -149,8 +182,7 @@ TEST_P(Windows, OneWithStaticGravityLandsOnTheZone) {
     TestWindowOptions options;
     options.windowGravity = XCB_GRAVITY_STATIC;
     TestWindow window(desktop.server.displayName(), options);
-    const PixelRect area = desktop.screenArea();
-    snapAndExpect(desktop, window.managed(), pointIn(area, rightHalf), zoneFrame(area, rightHalf));
+    snapAndExpect(desktop, window.managed(), rightHalf);
 }
 
 TEST_P(Windows, ADialogSnapsAndItsOwnerStays) {
@@ -162,8 +194,7 @@ TEST_P(Windows, ADialogSnapsAndItsOwnerStays) {
     options.geometry = {320, 280, 200, 150};
     TestWindow dialog(desktop.server.displayName(), options);
     const PixelRect ownerFrame = owner.managed().requireVisibleFrame();
-    const PixelRect area = desktop.screenArea();
-    snapAndExpect(desktop, dialog.managed(), pointIn(area, rightHalf), zoneFrame(area, rightHalf));
+    snapAndExpect(desktop, dialog.managed(), rightHalf);
     EXPECT_EQ(owner.managed().visibleFrame(), ownerFrame);
 }
 
@@ -173,16 +204,7 @@ TEST_P(Windows, AMenuIsNoWindowToSnap) {
     options.isOverrideRedirect = true;
     options.geometry = {300, 300, 200, 300};
     TestWindow menu(desktop.server.displayName(), options);
-    desktop.tarvex.allowOnStandardError("SnapController.snapAndHide: activeWindow=nil");
-    desktop.pointer.moveTo({350, 350});
-    desktop.pointer.press();
-    desktop.keyboard.press(key::super);
-    desktop.awaitLog("updateOverlayState match modifiers=256 mode=single", 1);
-    desktop.pointer.glideTo({900, 500});
-    desktop.pointer.release();
-    desktop.tarvex.awaitOnStandardError("SnapController.snapAndHide: activeWindow=nil");
-    desktop.keyboard.release(key::super);
-    desktop.settle();
+    dragAndExpectNoWindow(desktop, {350, 350});
     EXPECT_EQ(desktop.client.geometryInRoot(menu.id()), (PixelRect{300, 300, 200, 300}));
 }
 

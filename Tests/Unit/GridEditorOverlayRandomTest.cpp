@@ -1,6 +1,7 @@
 #include "Tests/Support/RandomSource.h"
 #include "Tests/Unit/GridEditorOverlayViewFixture.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace tarvex {
@@ -43,9 +44,31 @@ protected:
         return Rect{0, 0, visibleFrame.width, visibleFrame.height}.contains(event.location);
     }
 
+    std::size_t lineCount() { return verticals().size() + horizontals().size(); }
+
+    // How far the nearest line is from the event; more than any threshold where there is none.
+    double distanceToLines(const MouseEvent& event) {
+        double nearest = 1;
+        for (const double x : verticals()) {
+            nearest = std::min(nearest, std::abs(event.location.x / visibleFrame.width - x));
+        }
+        for (const double y : horizontals()) {
+            nearest = std::min(nearest, std::abs(1 - event.location.y / visibleFrame.height - y));
+        }
+        return nearest;
+    }
+
+    // None where rounding decides.
+    static std::optional<bool> isWithin(double distance, double threshold) {
+        constexpr double rounding = 1e-9;
+        return std::abs(distance - threshold) > rounding ? std::optional(distance < threshold) : std::nullopt;
+    }
+
     void pressAtRandom() {
         const MouseEvent event = anywhere();
         const GridDefinitionRef before = view().grid();
+        const std::size_t count = lineCount();
+        const auto isOnLine = isWithin(distanceToLines(event), 0.015);
         view().mouseDown(event);
         if (!isInside(event)) {
             EXPECT_EQ(view().grid(), before);
@@ -53,6 +76,10 @@ protected:
         }
         EXPECT_TRUE(view().dragBaseOrientation().has_value());
         EXPECT_TRUE(view().pendingSplit().has_value());
+        if (isOnLine) {
+            EXPECT_EQ(lineCount() < count, *isOnLine);
+            lifted_ += *isOnLine ? 1 : 0;
+        }
     }
 
     void releaseAtRandom() {
@@ -74,14 +101,21 @@ protected:
     void rightClickAtRandom() {
         const MouseEvent event = anywhere();
         const GridDefinitionRef before = view().grid();
-        const std::size_t count = verticals().size() + horizontals().size();
+        const std::size_t count = lineCount();
+        const double distance = distanceToLines(event);
         view().rightMouseDown(event);
-        if (view().grid() == before) {
+        if (!isInside(event)) {
+            EXPECT_EQ(view().grid(), before);
             return;
         }
-        EXPECT_TRUE(isInside(event));
-        EXPECT_TRUE(view().flashSplit().has_value());
-        EXPECT_LT(verticals().size() + horizontals().size(), count);
+        if (const auto isMeant = isWithin(distance, 0.015)) {
+            EXPECT_EQ(view().flashSplit().has_value(), *isMeant);
+        }
+        if (const auto isDeleted = isWithin(distance, 0.01)) {
+            EXPECT_EQ(view().grid() != before, *isDeleted);
+            EXPECT_EQ(lineCount() < count, *isDeleted);
+            deleted_ += *isDeleted ? 1 : 0;
+        }
     }
 
     void doSomething() {
@@ -108,6 +142,8 @@ protected:
     }
 
     RandomSource random_{20261121};
+    int lifted_ = 0;
+    int deleted_ = 0;
 };
 
 TEST_F(GridEditorOverlayRandomTest, RulesHoldWhateverTheMouseDoes) {
@@ -125,6 +161,8 @@ TEST_F(GridEditorOverlayRandomTest, RulesHoldWhateverTheMouseDoes) {
         ASSERT_EQ(before->horizontalSplits(), horizontalsBefore);
         ASSERT_EQ(view().dragBaseOrientation().has_value(), view().pendingSplit().has_value());
     }
+    EXPECT_GT(lifted_, 1000);
+    EXPECT_GT(deleted_, 1000);
 }
 
 } // namespace

@@ -65,6 +65,24 @@ TEST_F(HotkeyFormatterTest, UnknownKeysAreNamedByTheirCode) {
     EXPECT_EQ(format(65536), "Key 65536");
 }
 
+TEST_F(HotkeyFormatterTest, WordsStandInTheSameOrder) {
+    const ModifierNames names{"Super", "Shift", "Alt", "Control"};
+    const auto words = [&](std::uint32_t keyCode, std::uint32_t modifiers) {
+        return formatter_.formatInWords(HotkeyDefinition{keyCode, modifiers}, names);
+    };
+    EXPECT_EQ(words(14, 0x1B00), "Super + Alt + Control + Shift + E");
+    EXPECT_EQ(words(14, 0x900), "Super + Alt + E");
+    EXPECT_EQ(words(14, 0), "E");
+    EXPECT_EQ(words(122, 0x200), "Shift + Key 122");
+    const std::vector<std::pair<std::uint32_t, std::string>> keys{
+        {36, "Return"}, {49, "Space"}, {53, "Escape"}, {123, "Left"},
+        {124, "Right"}, {125, "Down"}, {126, "Up"}};
+    for (const auto& [keyCode, word] : keys) {
+        EXPECT_EQ(words(keyCode, 0), word);
+    }
+    EXPECT_EQ(formatter_.formatInWords(std::nullopt, names), "Not set");
+}
+
 } // namespace
 
 } // namespace tarvex

@@ -104,6 +104,32 @@ TEST_F(PreferencesLayoutTest, ButtonsHaveTheRoundedBezel) {
     }
 }
 
+TEST_F(PreferencesLayoutTest, HotkeysAreExplainedInThePlatformsTerms) {
+    store([](TarvexConfigFields& fields) {
+        fields.openEditorHotkey = HotkeyDefinition{14, 0x900};
+        fields.openPreferencesHotkey = HotkeyDefinition{14, 0};
+    });
+    EXPECT_EQ(control("editorHotkeyValueLabel").toolTip, "Super + Alt + E");
+    EXPECT_EQ(control("editorHotkeyValueLabel").accessibleName, "Super + Alt + E (Open Zone Editor)");
+    // It says so itself.
+    EXPECT_EQ(control("preferencesHotkeyValueLabel").toolTip, "");
+    EXPECT_EQ(control("preferencesHotkeyValueLabel").accessibleName, "E (Open Preferences)");
+    use("clearHotkeyButton");
+    EXPECT_EQ(control("editorHotkeyValueLabel").toolTip, "");
+    use("recordPreferencesHotkeyButton");
+    static_cast<void>(keyMonitors_.press({123, event_flag::option}));
+    EXPECT_EQ(control("preferencesHotkeyValueLabel").toolTip, "Alt + Left");
+}
+
+TEST_F(PreferencesLayoutTest, ButtonsAreNamedByTheirTextAndTheirRow) {
+    EXPECT_EQ(control("recordHotkeyButton").accessibleName, "Record\u2026 (Open Zone Editor)");
+    EXPECT_EQ(control("clearHotkeyButton").accessibleName, "Clear (Open Zone Editor)");
+    EXPECT_EQ(control("recordPreferencesHotkeyButton").accessibleName, "Record\u2026 (Open Preferences)");
+    EXPECT_EQ(control("clearPreferencesHotkeyButton").accessibleName, "Clear (Open Preferences)");
+    use("recordHotkeyButton");
+    EXPECT_EQ(control("recordHotkeyButton").accessibleName, "Press keys\u2026 (Open Zone Editor)");
+}
+
 TEST_F(PreferencesLayoutTest, SymbolsAreExplainedInThePlatformsTerms) {
     const std::map<std::string, std::string> names{{"singleCmdCheckbox", "Super (single-zone snap)"},
                                                    {"singleShiftCheckbox", "Shift (single-zone snap)"},

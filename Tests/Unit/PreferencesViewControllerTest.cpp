@@ -211,6 +211,38 @@ TEST_F(PreferencesViewControllerTest, CloseEndsARecordingAndClosesTheWindow) {
     use("closeButton");
     EXPECT_FALSE(window().isVisible);
     EXPECT_EQ(keyMonitors_.count(), 0U);
+    EXPECT_FALSE(controller_->viewController().isRecordingHotkey());
+    EXPECT_EQ(text("recordHotkeyButton"), "Record\u2026");
+    EXPECT_TRUE(keyMonitors_.press({48, 0}));
+    EXPECT_EQ(files_.text(), "");
+}
+
+TEST_F(PreferencesViewControllerTest, ClosingTheWindowByItsTitleBarEndsARecordingToo) {
+    window();
+    for (const char* button : {"recordHotkeyButton", "recordPreferencesHotkeyButton"}) {
+        controller_->window().makeKeyAndOrderFront();
+        use(button);
+        ASSERT_EQ(keyMonitors_.count(), 1U);
+        window().hide();
+        EXPECT_EQ(keyMonitors_.count(), 0U) << "the next key belongs to nobody here";
+        EXPECT_FALSE(controller_->viewController().isRecordingHotkey());
+        controller_->window().makeKeyAndOrderFront();
+        EXPECT_EQ(text("recordHotkeyButton"), "Record\u2026");
+        EXPECT_TRUE(keyMonitors_.press({48, 0}));
+        EXPECT_EQ(files_.text(), "");
+    }
+}
+
+TEST_F(PreferencesViewControllerTest, ClosedWindowRecordsAgainWhenItIsShownAgain) {
+    window();
+    controller_->window().makeKeyAndOrderFront();
+    use("recordHotkeyButton");
+    window().hide();
+    controller_->window().makeKeyAndOrderFront();
+    use("recordHotkeyButton");
+    EXPECT_EQ(text("recordHotkeyButton"), "Press keys\u2026");
+    EXPECT_FALSE(keyMonitors_.press({14, event_flag::command | event_flag::shift}));
+    EXPECT_EQ(stored()->openEditorHotkey(), commandShiftE);
 }
 
 TEST_F(PreferencesViewControllerTest, UnknownControlsAreIgnored) {

@@ -89,8 +89,11 @@ private:
     QCheckBox* box_;
 };
 
-/// The text, unless it is but a symbol: then what the symbol is called.
+/// What the form says, else the text, unless that is but a symbol: then what the symbol is called.
 QString accessibleNameOf(const Control& control) {
+    if (!control.accessibleName.empty()) {
+        return QString::fromStdString(control.accessibleName);
+    }
     QString text = QString::fromStdString(control.text);
     const bool hasWords =
         std::any_of(text.begin(), text.end(), [](QChar character) { return character.isLetterOrNumber(); });

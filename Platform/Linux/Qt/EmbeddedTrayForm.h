@@ -3,17 +3,23 @@
 #include "Platform/Linux/Qt/QtMenu.h"
 #include "Platform/Linux/Qt/StatusMenu.h"
 #include "Platform/Linux/Qt/TrayForm.h"
+#include "Platform/Linux/X11/XConnection.h"
 
-#include <QSystemTrayIcon>
+#include <memory>
 
 namespace tarvex {
 
-/// The status item as a window of ours that a tray takes in. Make it only while there is a tray on the X
-/// server and none on the session bus: Qt finds out once for a process which of the two its tray icons use.
+/// The status item as a window of ours that a tray takes in (System Tray Protocol Specification). Qt's own
+/// tray icons would ask the session bus first, in a way that waits, and stay with its answer.
 class EmbeddedTrayForm final : public TrayForm {
 public:
-    /// The menu must outlive the form.
-    explicit EmbeddedTrayForm(StatusMenu& menu);
+    /// Make it while the screen has a tray, and a new one for another tray. The menu must outlive the form.
+    EmbeddedTrayForm(StatusMenu& menu, XConnection& connection);
+    EmbeddedTrayForm(const EmbeddedTrayForm&) = delete;
+    EmbeddedTrayForm& operator=(const EmbeddedTrayForm&) = delete;
+    EmbeddedTrayForm(EmbeddedTrayForm&&) = delete;
+    EmbeddedTrayForm& operator=(EmbeddedTrayForm&&) = delete;
+    ~EmbeddedTrayForm() override;
 
     void setAppearance(const StatusItemAppearance& appearance) override;
 
@@ -21,8 +27,10 @@ public:
     void menuChanged() override {}
 
 private:
+    class Icon;
+
     QtMenu menu_;
-    QSystemTrayIcon icon_;
+    std::unique_ptr<Icon> icon_;
 };
 
 } // namespace tarvex

@@ -5,22 +5,21 @@
 #include <QDBusError>
 #include <QDBusMetaType>
 
+#include <algorithm>
+#include <cctype>
 #include <utility>
 
 namespace tarvex {
 
 namespace {
 
-constexpr const char* serviceName = "org.tarvex.Tarvex";
+constexpr const char* programName = "org.tarvex.Tarvex";
 constexpr const char* objectPath = "/org/tarvex/Tarvex";
 constexpr const char* interfaceName = "org.freedesktop.Application";
 
 constexpr const char* openEditorAction = "open-editor";
 constexpr const char* openPreferencesAction = "open-preferences";
 constexpr const char* quitAction = "quit";
-
-constexpr const char* busName = "org.freedesktop.DBus";
-constexpr const char* busPath = "/org/freedesktop/DBus";
 
 // D-Bus Specification, "org.freedesktop.DBus.RequestName".
 constexpr std::uint32_t doNotQueue = 4;
@@ -70,11 +69,10 @@ std::optional<InstanceRequest> requestOfCall(const QDBusMessage& call) {
     return std::nullopt;
 }
 
-QDBusMessage callOfRequest(const InstanceRequest& request) {
-    const auto call = [](const char* method) {
-        QDBusMessage message =
-            QDBusMessage::createMethodCall(QLatin1String(serviceName), QLatin1String(objectPath),
-                                           QLatin1String(interfaceName), QLatin1String(method));
+QDBusMessage callOfRequest(const InstanceRequest& request, const QString& serviceName) {
+    const auto call = [&serviceName](const char* method) {
+        QDBusMessage message = QDBusMessage::createMethodCall(
+            serviceName, QLatin1String(objectPath), QLatin1String(interfaceName), QLatin1String(method));
         message.setAutoStartService(false);
         return message;
     };
@@ -149,8 +147,9 @@ private:
     std::function<void(const InstanceRequest&)> handler_;
 };
 
-InstanceService::InstanceService(const std::string& busAddress, std::chrono::milliseconds patience)
-    : bus_(busAddress), patience_(static_cast<int>(patience.count())) {}
+InstanceService::InstanceService(const std::string& busAddress, const std::string& session,
+                                 const Patience& patience)
+    : bus_(busAddress, patience.bus), name_(QString::fromStdString(nameIn(session))), patience_(patience) {}
 
 InstanceService::~InstanceService() {
     bus_.get().unregisterObject(QLatin1String(objectPath));
@@ -162,29 +161,48 @@ bool InstanceService::takeName() {
         object_ = std::make_unique<Object>();
         bus_.get().registerVirtualObject(QLatin1String(objectPath), object_.get());
     }
-    const QDBusMessage answer =
-        callBus(QStringLiteral("RequestName"), {QString::fromLatin1(serviceName), doNotQueue});
+    const QDBusMessage answer = callBus(QStringLiteral("RequestName"), {name_, doNotQueue});
     const std::uint32_t result =
         answer.type() == QDBusMessage::ReplyMessage ? answer.arguments().value(0).toUInt() : 0;
     return result == primaryOwner || result == alreadyOwner;
 }
 
 InstanceService::Answer InstanceService::handOver(const InstanceRequest& request) {
-    const QDBusMessage answer = bus_.get().call(callOfRequest(request), QDBus::Block, patience_);
+    const QDBusMessage answer = bus_.get().call(callOfRequest(request, name_), QDBus::Block,
+                                                static_cast<int>(patience_.instance.count()));
     if (answer.type() == QDBusMessage::ReplyMessage) {
         return Answer::accepted;
     }
     // The same error stands for an owner that ended meanwhile and for one that does not answer.
-    const QDBusMessage owned = callBus(QStringLiteral("NameHasOwner"), {QString::fromLatin1(serviceName)});
+    const QDBusMessage owned = callBus(QStringLiteral("NameHasOwner"), {name_});
     const bool isNobody = owned.type() == QDBusMessage::ReplyMessage && !owned.arguments().value(0).toBool();
     return isNobody ? Answer::nobody : Answer::none;
 }
 
 QDBusMessage InstanceService::callBus(const QString& method, const QVariantList& arguments) const {
-    QDBusMessage message = QDBusMessage::createMethodCall(QLatin1String(busName), QLatin1String(busPath),
-                                                          QLatin1String(busName), method);
-    message.setArguments(arguments);
-    return bus_.get().call(message, QDBus::Block, patience_);
+    return bus_.get().call(BusConnection::callToBus(method, arguments), QDBus::Block,
+                           static_cast<int>(patience_.bus.count()));
+}
+
+std::string InstanceService::nameIn(const std::string& session) {
+    if (session.empty()) {
+        return programName;
+    }
+    constexpr const char* hexDigits = "0123456789abcdef";
+    std::string element;
+    for (const char character : session) {
+        const auto byte = static_cast<unsigned char>(character);
+        if (std::isalnum(byte) != 0 && byte < 0x80) {
+            element += character;
+        } else {
+            element += {'_', hexDigits[byte >> 4U], hexDigits[byte & 0xFU]};
+        }
+    }
+    // A name has at most 255 bytes (D-Bus Specification, "Message Protocol"). The display's number is at the
+    // end.
+    constexpr std::size_t longest = 200;
+    return std::string(programName) + ".Display" +
+           element.substr(element.size() - std::min(element.size(), longest));
 }
 
 void InstanceService::setRequestHandler(std::function<void(const InstanceRequest&)> handler) {

@@ -13,6 +13,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string>
 
 namespace tarvex {
 
@@ -28,16 +29,31 @@ public:
         nobody
     };
 
-    /// Connects, which waits for the bus.
+    struct Patience {
+        /// With the bus,
+        std::chrono::milliseconds bus;
+        /// and with the instance that runs.
+        std::chrono::milliseconds instance;
+    };
+
+    /// @param session part of the program's name, so that each session on a bus has an instance of its own;
+    /// an
+    ///        X display such as ":0", or empty
     /// @param patience how long each answer may take
-    InstanceService(const std::string& busAddress, std::chrono::milliseconds patience);
+    InstanceService(const std::string& busAddress, const std::string& session, const Patience& patience);
     InstanceService(const InstanceService&) = delete;
     InstanceService& operator=(const InstanceService&) = delete;
     InstanceService(InstanceService&&) = delete;
     InstanceService& operator=(InstanceService&&) = delete;
     ~InstanceService();
 
-    [[nodiscard]] bool isConnected() const { return bus_.get().isConnected(); }
+    /// Whether there is a bus that answers. Waits.
+    [[nodiscard]] bool isConnected() { return bus_.awaitAnswer(); }
+
+    /// The program's name on the bus in that session: "org.tarvex.Tarvex", to which the session is added as
+    /// one element. In it, every character that a name cannot hold is an underscore and two hexadecimal
+    /// digits, as "org.tarvex.Tarvex.Display_3a0" for ":0".
+    [[nodiscard]] static std::string nameIn(const std::string& session);
 
     /// Takes the program's name and serves requests from then on. False when another has it. Waits.
     [[nodiscard]] bool takeName();
@@ -55,7 +71,8 @@ private:
     [[nodiscard]] QDBusMessage callBus(const QString& method, const QVariantList& arguments) const;
 
     BusConnection bus_;
-    int patience_;
+    QString name_;
+    Patience patience_;
     std::unique_ptr<Object> object_;
 };
 

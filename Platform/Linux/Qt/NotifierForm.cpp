@@ -143,7 +143,7 @@ NotifierForm::NotifierForm(StatusMenu& menu, const std::string& busAddress)
       object_(std::make_unique<Object>(menu_)) {
     bus_.get().registerVirtualObject(QLatin1String(notifier::itemPath), object_.get());
     bus_.get().registerVirtualObject(QLatin1String(notifier::menuPath), &busMenu_);
-    registerItem();
+    bus_.whenNamed([this](const QString& busName) { registerItem(busName); });
 }
 
 NotifierForm::~NotifierForm() {
@@ -151,13 +151,13 @@ NotifierForm::~NotifierForm() {
     bus_.get().unregisterObject(QLatin1String(notifier::itemPath));
 }
 
-void NotifierForm::registerItem() {
+void NotifierForm::registerItem(const QString& busName) {
     QDBusMessage message = QDBusMessage::createMethodCall(
         QLatin1String(notifier::watcherName), QLatin1String(notifier::watcherPath),
         QLatin1String(notifier::watcherName), QStringLiteral("RegisterStatusNotifierItem"));
     message.setAutoStartService(false);
     // The answer says nothing; a watcher that refuses leaves nothing to try.
-    bus_.get().asyncCall(message << bus_.get().baseService());
+    bus_.get().asyncCall(message << busName);
 }
 
 void NotifierForm::setAppearance(const StatusItemAppearance& appearance) {

@@ -31,7 +31,7 @@ private:
     /// The object on the bus.
     class Object;
 
-    void registerItem();
+    void registerItem(const QString& busName);
 
     BusConnection bus_;
     BusMenu busMenu_;

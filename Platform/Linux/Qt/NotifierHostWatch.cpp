@@ -7,9 +7,16 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
 
+#include <chrono>
 #include <utility>
 
 namespace tarvex {
+
+namespace {
+
+constexpr std::chrono::seconds patience{2};
+
+} // namespace
 
 NotifierHostWatch::NotifierHostWatch(const std::string& busAddress, std::function<void()> changed)
     : changed_(std::move(changed)), bus_(busAddress) {
@@ -23,24 +30,35 @@ NotifierHostWatch::NotifierHostWatch(const std::string& busAddress, std::functio
 void NotifierHostWatch::watch() {
     question_.setSingleShot(true);
     QObject::connect(&question_, &QTimer::timeout, &question_, [this] { ask(); });
-    const QString watcher = QLatin1String(notifier::watcherName);
-    services_.setConnection(bus_.get());
-    services_.setWatchMode(QDBusServiceWatcher::WatchForOwnerChange);
-    services_.addWatchedService(watcher);
-    QObject::connect(&services_, &QDBusServiceWatcher::serviceOwnerChanged, &question_, [this] {
+    ownerChange_.setSingleShot(true);
+    QObject::connect(&ownerChange_, &QTimer::timeout, &question_, [this] {
         update(State::absent);
         question_.start();
     });
-    // By path and interface alone: with the service's name Qt would wait for the name's owner.
+    const QString watcher = QLatin1String(notifier::watcherName);
+    bus_.get().connect({}, QStringLiteral("/org/freedesktop/DBus"), QStringLiteral("org.freedesktop.DBus"),
+                       QStringLiteral("NameOwnerChanged"), {watcher}, QString(), &ownerChange_,
+                       SLOT(start()));
+    bus_.requestSignals(
+        QStringLiteral("type='signal',sender='org.freedesktop.DBus',interface='org.freedesktop.DBus',"
+                       "member='NameOwnerChanged',arg0='%1'")
+            .arg(watcher));
     for (const char* signal : {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"}) {
         bus_.get().connect({}, QLatin1String(notifier::watcherPath), watcher, QLatin1String(signal),
                            &question_, SLOT(start()));
+        bus_.requestSignals(QStringLiteral("type='signal',path='%1',interface='%2',member='%3'")
+                                .arg(QLatin1String(notifier::watcherPath), watcher, QLatin1String(signal)));
     }
     // What libdbus tells when the bus goes; the question then fails.
     bus_.get().connect({}, QStringLiteral("/org/freedesktop/DBus/Local"),
                        QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"),
                        &question_, SLOT(start()));
     ask();
+    QTimer::singleShot(patience, &question_, [this] {
+        if (!isKnown()) {
+            update(State::absent);
+        }
+    });
 }
 
 void NotifierHostWatch::ask() {

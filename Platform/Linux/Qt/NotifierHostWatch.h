@@ -2,7 +2,6 @@
 
 #include "Platform/Linux/Qt/BusConnection.h"
 
-#include <QDBusServiceWatcher>
 #include <QTimer>
 
 #include <cstdint>
@@ -12,7 +11,8 @@
 namespace tarvex {
 
 /// Knows whether anybody on the session bus shows status notifier items: org.kde.StatusNotifierWatcher is
-/// there and has a host registered. It asks without waiting.
+/// there and has a host registered. It asks without waiting. A bus that has not answered after a while has no
+/// host until it does.
 class NotifierHostWatch {
 public:
     /// @param busAddress empty for no bus, and so no host
@@ -35,7 +35,8 @@ private:
     std::function<void()> changed_;
     State state_ = State::unknown;
     BusConnection bus_;
-    QDBusServiceWatcher services_;
+    /// The watcher's name has another owner; the target of the bus's signal.
+    QTimer ownerChange_;
     /// Asks again; the target of the watcher's signals, which come in bursts.
     QTimer question_;
     /// Answers to older questions than the latest do not count.

@@ -127,7 +127,10 @@ QtFormWindow::QtFormWindow(QtFormWindowPlatform& platform, const FormWindowAttri
         realizer_.forgetShown();
         setNeedsLayout();
     };
-    widget_->hidden = [this] { handleHiding(); };
+    widget_->hidden = [this] {
+        handleHiding();
+        owner_->windowDidClose();
+    };
     layOut();
 }
 
@@ -145,6 +148,7 @@ void QtFormWindow::bindNative() {
 }
 
 QtFormWindow::~QtFormWindow() {
+    widget_->hidden = [this] { handleHiding(); };
     close();
     platform_->forget(*this);
 }
@@ -184,7 +188,7 @@ void QtFormWindow::center() {
     if (!area) {
         return;
     }
-    const XBorders borders = borders_ ? borders_->read() : XBorders{};
+    const XBorders borders = readBorders();
     const QScreen& screen = screenAtPixel({area->x + area->width / 2, area->y + area->height / 2});
     const QSize client = (QSizeF(widget_->size()) * screen.devicePixelRatio()).toSize();
     const QPoint corner = scaledPoint(centeredCorner(*area, client, borders), screen);
@@ -196,11 +200,16 @@ void QtFormWindow::handleBorders() {
     if (!centeredWith_ || !isVisible()) {
         return;
     }
-    const bool hasGuessedRight = *centeredWith_ == borders_->read();
+    const bool hasGuessedRight = *centeredWith_ == readBorders();
     centeredWith_.reset();
     if (!hasGuessedRight) {
         center();
     }
+}
+
+XBorders QtFormWindow::readBorders() {
+    const auto borders = borders_ ? borders_->read() : std::nullopt;
+    return borders ? *borders : platform_->usualBorders_.read().value_or(XBorders{});
 }
 
 PixelRect QtFormWindow::pixelFrame() const {

@@ -64,6 +64,8 @@ private:
     void handleUse(const std::string& id, double value);
     /// The window manager has set the borders.
     void handleBorders();
+    /// Those that the window manager has set, else those that it sets for windows of this kind.
+    [[nodiscard]] XBorders readBorders();
     [[nodiscard]] PixelRect pixelFrame() const;
 
     QtFormWindowPlatform* platform_;

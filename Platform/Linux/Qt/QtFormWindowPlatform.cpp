@@ -8,7 +8,9 @@
 namespace tarvex {
 
 QtFormWindowPlatform::QtFormWindowPlatform(const FormWindowSurroundings& surroundings)
-    : surroundings_(surroundings), activation_(surroundings.connection, surroundings.pump) {}
+    : surroundings_(surroundings),
+      activation_(surroundings.connection, surroundings.pump),
+      usualBorders_(surroundings.connection, surroundings.pump) {}
 
 QtFormWindowPlatform::~QtFormWindowPlatform() = default;
 

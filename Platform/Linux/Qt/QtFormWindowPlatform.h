@@ -8,6 +8,7 @@
 #include "Platform/Linux/X11/DesktopLayout.h"
 #include "Platform/Linux/X11/XConnection.h"
 #include "Platform/Linux/X11/XEventPump.h"
+#include "Platform/Linux/X11/XUsualBorders.h"
 #include "Platform/Linux/X11/XWindowActivation.h"
 
 #include <memory>
@@ -61,6 +62,7 @@ private:
 
     FormWindowSurroundings surroundings_;
     XWindowActivation activation_;
+    XUsualBorders usualBorders_;
     FormSliderAccessibility sliderAccessibility_;
     /// The one that was ordered to the front last comes last.
     std::vector<QtFormWindow*> windows_;

@@ -92,7 +92,8 @@ private:
     [[nodiscard]] bool handleRelease(const QKeyEvent& event);
     [[nodiscard]] bool decide(const QKeyEvent& event);
     [[nodiscard]] bool report(const KeyEvent& event);
-    [[nodiscard]] std::uint64_t flagsOf(const QKeyEvent& event);
+    /// None when they would not tell all that is held.
+    [[nodiscard]] std::optional<std::uint64_t> flagsOf(const QKeyEvent& event);
 
     void forgetKeys() {
         down_.clear();
@@ -188,7 +189,8 @@ bool QtKeyMonitor::Filter::decide(const QKeyEvent& event) {
     }
     // A handler that removes its monitor must find that the rest of the key is waited for.
     down_[key] = {event.timestamp(), true};
-    const bool isSwallowed = !keyCode || report({*keyCode, flagsOf(event)});
+    const std::optional<std::uint64_t> flags = flagsOf(event);
+    const bool isSwallowed = !keyCode || !flags || report({*keyCode, *flags});
     if (const auto press = down_.find(key); press != down_.end()) {
         press->second.isSwallowed = isSwallowed;
     }
@@ -217,10 +219,14 @@ bool QtKeyMonitor::Filter::handleRelease(const QKeyEvent& event) {
     return *lastRelease_.isSwallowed;
 }
 
-std::uint64_t QtKeyMonitor::Filter::flagsOf(const QKeyEvent& event) {
+std::optional<std::uint64_t> QtKeyMonitor::Filter::flagsOf(const QKeyEvent& event) {
     if (QGuiApplication::platformName() == QLatin1String("xcb")) {
         // The same reading of the keyboard's map as for the grabs of hotkeys.
-        return modifiers_.eventFlags(event.nativeModifiers());
+        const std::uint32_t modifiers = event.nativeModifiers();
+        return modifiers_.isTold(modifiers) ? std::optional(modifiers_.eventFlags(modifiers)) : std::nullopt;
+    }
+    if (event.modifiers().testFlag(Qt::GroupSwitchModifier)) {
+        return std::nullopt;
     }
     std::uint64_t flags = 0;
     for (const auto& [modifier, flag] : flagsOfModifiers) {

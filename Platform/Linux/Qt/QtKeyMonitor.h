@@ -13,9 +13,11 @@ namespace tarvex {
 ///
 /// A key is named by its place on the keyboard. Reported are real presses alone: not those of modifier keys,
 /// which the windows receive as ever, and not the repetitions of a key that is held. A key without a virtual
-/// key code is swallowed. The rest of a swallowed key, its repetitions and its release, is swallowed too,
-/// also when the monitor is gone by then; the keyboard is let go of with that release, as a combination that
-/// is still held would otherwise start what it stands for on the desktop when it repeats.
+/// key code is swallowed, and so is one pressed while a modifier is held that no event flag stands for, such
+/// as AltGr: reported, it would pass for another combination. The rest of a swallowed key, its repetitions
+/// and its release, is swallowed too, also when the monitor is gone by then; the keyboard is let go of with
+/// that release, as a combination that is still held would otherwise start what it stands for on the desktop
+/// when it repeats.
 class QtKeyMonitor final : public KeyMonitorPlatform {
 public:
     /// An application object must exist. Connection and pump must outlive the platform; monitors need not go

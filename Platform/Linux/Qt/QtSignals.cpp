@@ -3,6 +3,7 @@
 #include <array>
 #include <atomic>
 #include <cerrno>
+#include <cstdlib>
 #include <fcntl.h>
 #include <unistd.h>
 #include <utility>
@@ -30,26 +31,28 @@ void noteSignal(int number) {
     errno = formerError;
 }
 
-} // namespace
+struct sigaction actionOf(void (*handler)(int)) {
+    struct sigaction action {};
 
-void QtSignals::holdBack() {
-    setBlocked(true);
+    action.sa_handler = handler;
+    action.sa_flags = SA_RESTART;
+    sigemptyset(&action.sa_mask);
+    return action;
 }
 
-void QtSignals::setBlocked(bool areBlocked) {
-    sigset_t handled;
-    sigemptyset(&handled);
+} // namespace
+
+void QtSignals::endAtOnce() {
+    const struct sigaction action = actionOf([](int) { std::_Exit(0); });
     for (const int number : handledSignals) {
-        sigaddset(&handled, number);
+        sigaction(number, &action, nullptr);
     }
-    pthread_sigmask(areBlocked ? SIG_BLOCK : SIG_UNBLOCK, &handled, nullptr);
 }
 
 QtSignals::QtSignals(std::function<void()> terminate) : terminate_(std::move(terminate)) {
     std::array<int, 2> ends{-1, -1};
     if (::pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK) != 0) {
-        // The signals then end the program as they do by default.
-        setBlocked(false);
+        // The signals are then handled as before.
         return;
     }
     readEnd_ = FileDescriptor(ends[0]);
@@ -58,16 +61,10 @@ QtSignals::QtSignals(std::function<void()> terminate) : terminate_(std::move(ter
     QObject::connect(notifier_.get(), &QSocketNotifier::activated, notifier_.get(),
                      [this] { readSignals(); });
     signalPipe = writeEnd_.get();
-
-    struct sigaction action {};
-
-    action.sa_handler = noteSignal;
-    action.sa_flags = SA_RESTART;
-    sigemptyset(&action.sa_mask);
+    const struct sigaction action = actionOf(noteSignal);
     for (std::size_t index = 0; index < handledSignals.size(); ++index) {
         sigaction(handledSignals[index], &action, &former_[index]);
     }
-    setBlocked(false);
 }
 
 QtSignals::~QtSignals() {

@@ -16,9 +16,10 @@ namespace tarvex {
 /// is ended by the system. At most one object at a time; the former handling comes back when it goes.
 class QtSignals {
 public:
-    /// Keeps the signals waiting from now on, until there is an object to hear of them. Call it before other
-    /// threads are made, which must not take them either.
-    static void holdBack();
+    /// Has the signals end the program at once, with exit code 0, for as long as there is no object: while
+    /// the program starts and while it ends. Nothing is lost: the X server and the bus free whatever a
+    /// program had that has gone. Whichever thread takes the signal, and whatever the main one waits for.
+    static void endAtOnce();
 
     /// An application object must exist.
     /// @param terminate called on the main loop, also for a signal that came before the loop ran
@@ -33,7 +34,6 @@ public:
 private:
     static constexpr std::array<int, 3> handledSignals{SIGTERM, SIGINT, SIGHUP};
 
-    static void setBlocked(bool areBlocked);
     void readSignals();
 
     std::function<void()> terminate_;

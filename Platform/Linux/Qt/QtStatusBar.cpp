@@ -5,12 +5,13 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 namespace tarvex {
 
 class QtStatusBar::Item final : public StatusItem {
 public:
-    Item(QtStatusBar& bar, StatusItemDelegate& delegate) : bar_(&bar), menu_(delegate) {
+    Item(QtStatusBar& bar, StatusItemDelegate& delegate) : bar_(&bar), menu_(delegate, bar.menuClosing_) {
         bar_->items_.push_back(this);
         place(bar.tray());
     }
@@ -45,7 +46,7 @@ public:
         if (tray == Tray::notifier) {
             form_ = std::make_unique<NotifierForm>(menu_, bar_->busAddress_);
         } else if (tray == Tray::embedding) {
-            form_ = std::make_unique<EmbeddedTrayForm>(menu_);
+            form_ = std::make_unique<EmbeddedTrayForm>(menu_, *bar_->connection_);
         }
         if (form_ && appearance_) {
             form_->setAppearance(*appearance_);
@@ -60,8 +61,11 @@ private:
     std::unique_ptr<TrayForm> form_;
 };
 
-QtStatusBar::QtStatusBar(XConnection& connection, XEventPump& pump, const std::string& busAddress)
-    : busAddress_(busAddress),
+QtStatusBar::QtStatusBar(XConnection& connection, XEventPump& pump, const std::string& busAddress,
+                         std::function<void()> menuClosing)
+    : connection_(&connection),
+      busAddress_(busAddress),
+      menuClosing_(std::move(menuClosing)),
       notifierHost_(busAddress, [this] { trayChanged(); }),
       embeddingTray_(connection, pump, [this] { trayChanged(); }) {}
 

@@ -4,6 +4,7 @@
 #include "Platform/Linux/Qt/NotifierHostWatch.h"
 #include "Platform/Linux/X11/XTrayWatch.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -18,7 +19,10 @@ public:
     /// An application object must exist. The connection and the pump must outlive the bar, and the bar its
     /// items.
     /// @param busAddress as SessionBusAddress::find() gives it; empty for no bus
-    QtStatusBar(XConnection& connection, XEventPump& pump, const std::string& busAddress);
+    /// @param menuClosing called when an entry of an item's menu was chosen, before the delegate is told
+    QtStatusBar(
+        XConnection& connection, XEventPump& pump, const std::string& busAddress,
+        std::function<void()> menuClosing = [] {});
     QtStatusBar(const QtStatusBar&) = delete;
     QtStatusBar& operator=(const QtStatusBar&) = delete;
     QtStatusBar(QtStatusBar&&) = delete;
@@ -35,7 +39,9 @@ private:
     [[nodiscard]] Tray tray() const;
     void trayChanged();
 
+    XConnection* connection_;
     std::string busAddress_;
+    std::function<void()> menuClosing_;
     NotifierHostWatch notifierHost_;
     XTrayWatch embeddingTray_;
     std::vector<Item*> items_;

@@ -6,6 +6,7 @@ void StatusMenu::choose(const MenuItem& item) {
     if (!item.isEnabled || item.action.empty()) {
         return;
     }
+    closing_();
     const auto tell = [delegate = delegate_, item] { delegate->menuItemChosen(item); };
     QMetaObject::invokeMethod(&context_, tell, Qt::QueuedConnection);
 }

@@ -4,13 +4,18 @@
 
 #include <QObject>
 
+#include <functional>
+#include <utility>
+
 namespace tarvex {
 
 /// The menu of a status item, whichever way it is shown.
 class StatusMenu {
 public:
     /// The delegate must outlive the menu.
-    explicit StatusMenu(StatusItemDelegate& delegate) : delegate_(&delegate) {}
+    /// @param closing called when an entry was chosen, at once
+    StatusMenu(StatusItemDelegate& delegate, std::function<void()> closing)
+        : delegate_(&delegate), closing_(std::move(closing)) {}
 
     [[nodiscard]] const Menu& value() const { return menu_; }
 
@@ -25,6 +30,7 @@ public:
 
 private:
     StatusItemDelegate* delegate_;
+    std::function<void()> closing_;
     Menu menu_;
     /// Ends the later calls with this object.
     QObject context_;

@@ -1,8 +1,10 @@
 #include "Platform/Linux/Qt/XViewWindow.h"
 
-#include "Platform/Linux/X11/OverlayParking.h"
+#include "Platform/Linux/X11/StrutGeometry.h"
 #include "Platform/Linux/X11/VirtualKeyCodes.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <cstring>
 #include <utility>
 
@@ -12,8 +14,13 @@ namespace {
 
 constexpr std::uint8_t leftButton = 1;
 constexpr std::uint8_t rightButton = 3;
+constexpr std::uint8_t firstWheelButton = 4;
+constexpr std::uint8_t lastWheelButton = 7;
 /// Those that are held down, not the ones of a wheel.
 constexpr std::uint32_t heldButtons = XCB_BUTTON_MASK_1 | XCB_BUTTON_MASK_2 | XCB_BUTTON_MASK_3;
+
+/// Panels that start anew, or follow a change of the monitors, keep free something else for a moment.
+constexpr std::chrono::milliseconds panelPatience{300};
 
 QImage imageOf(const DesktopSnapshot& snapshot) {
     QImage image(snapshot.frame.width, snapshot.frame.height, QImage::Format_RGB32);
@@ -29,13 +36,21 @@ XViewWindow::XViewWindow(XViewWindowPlatform& platform, const WindowAttributes& 
     : platform_(&platform),
       attributes_(attributes),
       view_(&view),
-      input_(view, [this] { setNeedsDisplay(); }),
-      monitorRevision_(platform.monitors_->revision()) {}
+      input_(view, [this] { setNeedsDisplay(); }) {
+    paintTimer_.setSingleShot(true);
+    QObject::connect(&paintTimer_, &QTimer::timeout, &paintTimer_, [this] { handlePaintTimer(); });
+    frameTimer_.setSingleShot(true);
+    frameTimer_.setInterval(panelPatience);
+    QObject::connect(&frameTimer_, &QTimer::timeout, &frameTimer_, [this] { handleFrameTimer(); });
+}
 
 XViewWindow::~XViewWindow() {
     platform_->forget(*this);
     if (keyboard_ && surface_) {
-        keyboard_->giveBack(surface_->window());
+        if (platform_->keyInProgress_) {
+            platform_->hold(*platform_->keyInProgress_);
+        }
+        keyboard_->giveBack();
     }
     if (snapshot_) {
         platform_->giveBack(std::move(*snapshot_));
@@ -44,35 +59,93 @@ XViewWindow::~XViewWindow() {
     platform_->connection_->flush();
 }
 
+Rect XViewWindow::frame() const {
+    Rect frame = attributes_.contentRect;
+    if (!pixelFrame_.isEmpty()) {
+        // Another monitor may have become the primary one since.
+        const DesktopLayout& layout = platform_->monitors_->layout();
+        frame.x += layout_.primaryLeft - layout.primaryLeft;
+        frame.y += layout.primaryBottom - layout_.primaryBottom;
+    }
+    return frame;
+}
+
 void XViewWindow::makeKeyAndOrderFront() {
-    if (!surface_) {
-        open();
+    if (paintTimer_.isActive()) {
+        return;
     }
     if (surface_) {
-        showSurface();
+        surface_->show();
+        keyboard_->take(surface_->window());
+        needsDisplay_ = true;
+        platform_->connection_->flush();
+        return;
+    }
+    revision_ = findRevision();
+    layout_ = platform_->monitors_->layout();
+    pixelFrame_ = layout_.pixelsOfScreenRect(attributes_.contentRect);
+    grounds_ = findGrounds();
+    if (!pixelFrame_.isEmpty()) {
+        showAfter(platform_->paintTimeLeft(pixelFrame_));
     }
 }
 
-void XViewWindow::open() {
-    place_ = findPlace();
-    pixelFrame_ = place_->frame;
-    if (pixelFrame_.width <= 0 || pixelFrame_.height <= 0) {
-        return;
+void XViewWindow::showAfter(std::chrono::milliseconds paintTime) {
+    if (paintTime > std::chrono::milliseconds::zero()) {
+        paintTimer_.start(paintTime);
+    } else {
+        open();
     }
+}
+
+void XViewWindow::handlePaintTimer() {
+    if (surface_) {
+        replaceSurface();
+    } else {
+        open();
+    }
+    platform_->pump_->processQueued();
+}
+
+void XViewWindow::open() {
     surface_ = platform_->makeSurface(pixelFrame_);
     if (!surface_) {
         return;
     }
     // Another keyboard may have been plugged in since the last time.
     platform_->modifiers_.invalidate();
+    topmost_.emplace(*platform_->connection_, *platform_->pump_);
+    keyboard_.emplace(*platform_->connection_, *platform_->pump_, platform_->surroundings_.managedWindows);
+    makePicture();
+    subscribe();
+    surface_->show();
+    keyboard_->take(surface_->window());
+    platform_->connection_->flush();
+}
+
+void XViewWindow::makePicture() {
+    snapshot_.reset();
     if (surface_->style() == OverlayStyle::shaped) {
         snapshot_ = platform_->takeSnapshot(pixelFrame_);
     }
-    keyboard_.emplace(*platform_->connection_);
-    topmost_.emplace(*platform_->connection_, *platform_->pump_);
     picture_ = std::make_unique<ViewPicture>(QSize(pixelFrame_.width, pixelFrame_.height),
                                              snapshot_ ? imageOf(*snapshot_) : QImage(), *platform_->fonts_);
-    subscribe();
+    needsDisplay_ = true;
+}
+
+void XViewWindow::noteComposition() {
+    const bool isBlended = surface_->style() == OverlayStyle::blended;
+    if (!std::exchange(needsNewSurface_, false) || isBlended == platform_->isBlending()) {
+        return;
+    }
+    if (!isBlended) {
+        replaceSurface();
+    } else if (platform_->opaque_) {
+        // What lies below was last painted for whoever composed the screen until now, and has to be painted
+        // again before there is a true picture of it.
+        surface_->park();
+        paintTimer_.start(XViewWindowPlatform::paintTime);
+    }
 }
 
 void XViewWindow::replaceSurface() {
@@ -80,56 +153,69 @@ void XViewWindow::replaceSurface() {
     if (!surface) {
         return;
     }
-    // What lies below has not been painted again yet where nobody composes the screen any more.
-    snapshot_ =
-        surface->style() == OverlayStyle::shaped ? std::optional(plainDesktop(pixelFrame_)) : std::nullopt;
-    picture_ = std::make_unique<ViewPicture>(QSize(pixelFrame_.width, pixelFrame_.height),
-                                             snapshot_ ? imageOf(*snapshot_) : QImage(), *platform_->fonts_);
     // The new one has the keyboard before the old one goes, so that nobody else gets it in between.
-    const bool keepsKeyboard = hasKeyboard_;
     std::swap(surface_, surface);
+    makePicture();
     surface_->show();
-    if (keepsKeyboard) {
-        takeKeyboard();
+    keyboard_->replace(surface_->window());
+}
+
+XViewWindow::Revision XViewWindow::findRevision() const {
+    StrutTracker* const struts = platform_->surroundings_.struts;
+    return {platform_->monitors_->revision(), struts == nullptr ? 0 : struts->revision()};
+}
+
+std::vector<XViewWindow::Ground> XViewWindow::findGrounds() const {
+    const std::vector<Monitor>& monitors = platform_->monitors_->monitors();
+    std::vector<PixelRect> areas;
+    for (const Monitor& monitor : monitors) {
+        areas.push_back(monitor.area);
     }
-    needsDisplay_ = true;
-}
-
-void XViewWindow::showSurface() {
-    surface_->show();
-    takeKeyboard();
-    needsDisplay_ = true;
-    platform_->connection_->flush();
-}
-
-XViewWindow::Place XViewWindow::findPlace() {
-    Place place{platform_->monitors_->layout().pixelsOfScreenRect(attributes_.contentRect), {}};
-    const PixelRect& frame = place.frame;
-    for (const Monitor& monitor : platform_->monitors_->monitors()) {
-        const PixelRect& area = monitor.area;
-        if (area.x < frame.right() && frame.x < area.right() && area.y < frame.bottom() &&
-            frame.y < area.bottom()) {
-            place.monitors.emplace_back(monitor.number, area);
+    StrutTracker* const struts = platform_->surroundings_.struts;
+    const std::vector<PixelRect> visible =
+        struts == nullptr ? areas : visibleAreas(platform_->monitors_->root(), areas, struts->panels());
+    std::vector<Ground> grounds;
+    for (std::size_t index = 0; index < areas.size(); ++index) {
+        if (intersect(areas[index], pixelFrame_)) {
+            grounds.push_back({monitors[index].number, areas[index], visible[index]});
         }
     }
-    return place;
+    return grounds;
 }
 
-bool XViewWindow::noteMonitors() {
-    const std::uint64_t revision = platform_->monitors_->revision();
-    // What happens to other monitors is no business of this window.
-    if (std::exchange(monitorRevision_, revision) == revision || findPlace() == place_) {
+bool XViewWindow::noteScreens() {
+    const Revision revision = findRevision();
+    if (std::exchange(revision_, revision) == revision) {
         return true;
     }
+    // What happens to other monitors is no business of this window.
+    const std::vector<Ground> grounds = findGrounds();
+    const bool areSameMonitors = std::equal(grounds.begin(), grounds.end(), grounds_.begin(), grounds_.end(),
+                                            [](const Ground& now, const Ground& then) {
+                                                return now.monitor == then.monitor && now.area == then.area;
+                                            });
+    if (!areSameMonitors) {
+        return tellScreensChanged();
+    }
+    if (grounds == grounds_) {
+        frameTimer_.stop();
+    } else if (!frameTimer_.isActive()) {
+        frameTimer_.start();
+    }
+    return true;
+}
+
+bool XViewWindow::tellScreensChanged() {
+    frameTimer_.stop();
     const std::weak_ptr<const bool> life = life_;
     view_->screensChanged();
     return !life.expired();
 }
 
-void XViewWindow::takeKeyboard() {
-    keyboard_->give(surface_->window());
-    // The notice of it comes later; until then another native window may have to take it over.
-    hasKeyboard_ = true;
+void XViewWindow::handleFrameTimer() {
+    XEventPump& pump = *platform_->pump_;
+    static_cast<void>(tellScreensChanged());
+    pump.processQueued();
 }
 
 template <typename Event>
@@ -144,11 +230,10 @@ void XViewWindow::subscribe() {
     on(XCB_BUTTON_PRESS, &XViewWindow::handlePress);
     on(XCB_BUTTON_RELEASE, &XViewWindow::handleRelease);
     on(XCB_MOTION_NOTIFY, &XViewWindow::handleMotion);
+    on(XCB_ENTER_NOTIFY, &XViewWindow::handleEnter);
     on(XCB_LEAVE_NOTIFY, &XViewWindow::handleLeave);
     on(XCB_KEY_PRESS, &XViewWindow::handleKey);
     on(XCB_EXPOSE, &XViewWindow::handleExpose);
-    on(XCB_FOCUS_IN, &XViewWindow::handleFocusChange);
-    on(XCB_FOCUS_OUT, &XViewWindow::handleFocusChange);
     subscriptions_.push_back(platform_->pump_->subscribeTurnEnd([this] { endTurn(); }));
 }
 
@@ -161,12 +246,9 @@ MouseEvent XViewWindow::mouseEventAt(int x, int y, std::uint32_t state) {
 }
 
 void XViewWindow::handlePress(const xcb_button_press_event_t& event) {
-    if (!isOurs(event.event)) {
+    const bool isWheel = event.detail >= firstWheelButton && event.detail <= lastWheelButton;
+    if (!isOurs(event.event) || isWheel || !keyboard_->notePress()) {
         return;
-    }
-    if (!hasKeyboard_) {
-        keyboard_->borrowAnew();
-        takeKeyboard();
     }
     const MouseEvent mouse = mouseEventAt(event.event_x, event.event_y, event.state);
     if (event.detail == leftButton) {
@@ -189,6 +271,12 @@ void XViewWindow::handleMotion(const xcb_motion_notify_event_t& event) {
     }
 }
 
+void XViewWindow::handleEnter(const xcb_enter_notify_event_t& event) {
+    if (isOurs(event.event) && event.mode != XCB_NOTIFY_MODE_GRAB) {
+        keyboard_->noteEntry();
+    }
+}
+
 void XViewWindow::handleLeave(const xcb_leave_notify_event_t& event) {
     if (!isOurs(event.event) || (event.state & heldButtons) != 0) {
         return;
@@ -204,9 +292,14 @@ void XViewWindow::handleLeave(const xcb_leave_notify_event_t& event) {
 
 void XViewWindow::handleKey(const xcb_key_press_event_t& event) {
     const auto keyCode = virtualKeyCodeOf(event.detail);
-    if (isOurs(event.event) && keyCode && !isModifierKey(*keyCode)) {
-        input_.pressKey({*keyCode, platform_->modifiers_.eventFlags(event.state)});
+    if (!isOurs(event.event) || !keyCode || isModifierKey(*keyCode)) {
+        return;
     }
+    // The view may close the window, whose keyboard then waits for the key to be let go.
+    XViewWindowPlatform& platform = *platform_;
+    platform.keyInProgress_ = event.detail;
+    input_.pressKey({*keyCode, platform.modifiers_.eventFlags(event.state)});
+    platform.keyInProgress_.reset();
 }
 
 void XViewWindow::handleExpose(const xcb_expose_event_t& event) {
@@ -215,25 +308,20 @@ void XViewWindow::handleExpose(const xcb_expose_event_t& event) {
     }
 }
 
-void XViewWindow::handleFocusChange(const xcb_focus_in_event_t& event) {
-    // A grab of the keyboard passes; the focus stays.
-    if (isOurs(event.event) && event.mode != XCB_NOTIFY_MODE_GRAB && event.mode != XCB_NOTIFY_MODE_UNGRAB &&
-        event.detail != XCB_NOTIFY_DETAIL_POINTER) {
-        hasKeyboard_ = (event.response_type & 0x7F) == XCB_FOCUS_IN;
-    }
-}
-
 void XViewWindow::endTurn() {
     const std::weak_ptr<const bool> life = life_;
     input_.flush();
-    if (life.expired() || !noteMonitors()) {
+    if (life.expired() || !noteScreens()) {
         return;
     }
-    const bool isBlended = surface_->style() == OverlayStyle::blended;
-    if (std::exchange(needsNewSurface_, false) && isBlended != platform_->isBlending()) {
-        replaceSurface();
+    noteComposition();
+    keyboard_->endTurn();
+    if (paintTimer_.isActive()) {
+        return;
     }
-    topmost_->keepOnTop(surface_->window(), pixelFrame_);
+    if (keyboard_->isInFront()) {
+        topmost_->keepOnTop(surface_->window(), pixelFrame_);
+    }
     drawIfNeeded();
 }
 

@@ -4,16 +4,18 @@
 #include "Platform/Linux/Qt/ViewPicture.h"
 #include "Platform/Linux/Qt/XViewWindowPlatform.h"
 #include "Platform/Linux/X11/DesktopSnapshot.h"
-#include "Platform/Linux/X11/KeyboardLoan.h"
+#include "Platform/Linux/X11/KeyboardKeeper.h"
 #include "Platform/Linux/X11/TopmostKeeper.h"
 #include "Platform/Linux/X11/ViewInput.h"
 #include "Platform/Linux/X11/ViewSurface.h"
 #include "Platform/Linux/X11/XEventPump.h"
 
+#include <QTimer>
+
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <optional>
-#include <utility>
 #include <vector>
 
 namespace tarvex {
@@ -29,7 +31,7 @@ public:
     XViewWindow& operator=(XViewWindow&&) = delete;
     ~XViewWindow() override;
 
-    [[nodiscard]] Rect frame() const override { return attributes_.contentRect; }
+    [[nodiscard]] Rect frame() const override;
 
     void setNeedsDisplay() override { needsDisplay_ = true; }
 
@@ -39,34 +41,50 @@ public:
     void noteCompositorChange() { needsNewSurface_ = surface_ != nullptr; }
 
 private:
-    /// Where the window belongs, and the monitors there with their numbers.
-    struct Place {
-        PixelRect frame;
-        std::vector<std::pair<std::uint32_t, PixelRect>> monitors;
+    /// A monitor below the window. All on the root window, wherever screen space begins.
+    struct Ground {
+        std::uint32_t monitor = 0;
+        PixelRect area;
+        /// What panels leave of it.
+        PixelRect visibleArea;
 
-        bool operator==(const Place&) const = default;
+        bool operator==(const Ground&) const = default;
     };
 
-    [[nodiscard]] Place findPlace();
+    /// When monitors and panels last changed.
+    struct Revision {
+        std::uint64_t monitors = 0;
+        std::uint64_t panels = 0;
+
+        bool operator==(const Revision&) const = default;
+    };
+
+    [[nodiscard]] Revision findRevision() const;
+    [[nodiscard]] std::vector<Ground> findGrounds() const;
     /// False when a callback destroyed the window.
-    [[nodiscard]] bool noteMonitors();
-    void takeKeyboard();
+    [[nodiscard]] bool noteScreens();
+    [[nodiscard]] bool tellScreensChanged();
+    void handleFrameTimer();
     void subscribe();
     template <typename Event>
     void on(std::uint8_t type, void (XViewWindow::*handler)(const Event&));
 
+    /// Shows the window for the first time, or anew, when others have had that time to paint below it.
+    void showAfter(std::chrono::milliseconds paintTime);
+    void handlePaintTimer();
     void open();
+    void noteComposition();
     void replaceSurface();
-    void showSurface();
+    void makePicture();
     [[nodiscard]] bool isOurs(xcb_window_t window) const;
 
     void handlePress(const xcb_button_press_event_t& event);
     void handleRelease(const xcb_button_press_event_t& event);
     void handleMotion(const xcb_motion_notify_event_t& event);
+    void handleEnter(const xcb_enter_notify_event_t& event);
     void handleLeave(const xcb_leave_notify_event_t& event);
     void handleKey(const xcb_key_press_event_t& event);
     void handleExpose(const xcb_expose_event_t& event);
-    void handleFocusChange(const xcb_focus_in_event_t& event);
 
     void endTurn();
     void drawIfNeeded();
@@ -81,17 +99,22 @@ private:
     ViewInput input_;
     /// On the root window, as it was when the window was shown.
     PixelRect pixelFrame_;
-    std::uint64_t monitorRevision_;
-    std::optional<Place> place_;
+    /// Screen space as it was then.
+    DesktopLayout layout_;
+    Revision revision_;
+    std::vector<Ground> grounds_;
     std::unique_ptr<ViewSurface> surface_;
     std::unique_ptr<ViewPicture> picture_;
     std::optional<DesktopSnapshot> snapshot_;
-    std::optional<KeyboardLoan> keyboard_;
     std::optional<TopmostKeeper> topmost_;
+    std::optional<KeyboardKeeper> keyboard_;
     bool needsDisplay_ = true;
     bool needsNewSurface_ = false;
-    bool hasKeyboard_ = false;
     std::vector<std::unique_ptr<XEventPump::Subscription>> subscriptions_;
+    /// Runs while the screen is left to others, so that they paint what the window has covered.
+    QTimer paintTimer_;
+    /// Runs while panels keep free something else than when the window was shown.
+    QTimer frameTimer_;
     /// Ends with the window, which tells a handler that a callback destroyed it.
     std::shared_ptr<const bool> life_ = std::make_shared<const bool>(true);
 };

@@ -36,7 +36,7 @@ void CompositorWatch::makeWitness() {
         connection_->get(), XCB_COPY_FROM_PARENT, witness_, connection_->root(), overlayParking.x,
         overlayParking.y, overlayParking.width, overlayParking.height, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
         XCB_COPY_FROM_PARENT, XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK, &attributes));
-    setOverlayProperties(*connection_, witness_);
+    setOverlayProperties(*connection_, witness_, overlayTitle);
     connection_->discard(xcb_map_window_checked(connection_->get(), witness_));
     lowerToBottom(*connection_, witness_);
 }

@@ -18,9 +18,8 @@ namespace tarvex {
 class CompositorWatch {
 public:
     /// The connection and the pump must outlive the watch.
-    /// @param changed called when the answer has changed. One manager that takes over from another makes it
-    /// no
-    ///   in between.
+    /// @param changed called when isBlending() has changed; that is false for a moment when one manager takes
+    /// over from another
     CompositorWatch(XConnection& connection, XEventPump& pump, std::function<void()> changed);
 
     CompositorWatch(const CompositorWatch&) = delete;
@@ -29,6 +28,7 @@ public:
     CompositorWatch& operator=(CompositorWatch&&) = delete;
     ~CompositorWatch();
 
+    /// Whether a window with alpha lets what is below it shine through, now.
     [[nodiscard]] bool isBlending() const { return hasManager_ && isWitnessRedirected_; }
 
 private:

@@ -1,26 +1,13 @@
 #pragma once
 
 #include "Core/Geometry.h"
+#include "Platform/Linux/X11/PixelRect.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
 
 namespace tarvex {
-
-/// A rectangle of whole pixels on the root window, origin at its top-left, y down.
-struct PixelRect {
-    int x = 0;
-    int y = 0;
-    int width = 0;
-    int height = 0;
-
-    [[nodiscard]] int right() const { return x + width; }
-
-    [[nodiscard]] int bottom() const { return y + height; }
-
-    bool operator==(const PixelRect&) const = default;
-};
 
 /// Rounds to the nearest whole pixel, halves upwards, so that a shared edge rounds the same from both sides.
 /// A setting may be any number: what lies beyond a million pixels is drawn in, and what is no number counts

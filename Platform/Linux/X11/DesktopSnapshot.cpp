@@ -17,8 +17,7 @@ struct Portion {
     xcb_get_image_cookie_t cookie;
 };
 
-} // namespace
-
+/// What stands in for the screen where it cannot be read.
 DesktopSnapshot plainDesktop(const PixelRect& frame) {
     DesktopSnapshot snapshot;
     snapshot.frame = frame;
@@ -26,6 +25,8 @@ DesktopSnapshot plainDesktop(const PixelRect& frame) {
                            plainColor);
     return snapshot;
 }
+
+} // namespace
 
 DesktopSnapshot takeDesktopSnapshot(XConnection& connection, const PixelRect& frame,
                                     const PixelFormat& rootFormat) {

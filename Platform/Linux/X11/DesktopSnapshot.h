@@ -22,7 +22,4 @@ struct DesktopSnapshot {
 [[nodiscard]] DesktopSnapshot takeDesktopSnapshot(XConnection& connection, const PixelRect& frame,
                                                   const PixelFormat& rootFormat);
 
-/// A snapshot that stands in for one that cannot be had: a plain dark grey.
-[[nodiscard]] DesktopSnapshot plainDesktop(const PixelRect& frame);
-
 } // namespace tarvex

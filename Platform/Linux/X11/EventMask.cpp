@@ -4,7 +4,7 @@ namespace tarvex {
 
 namespace {
 
-constexpr std::uint32_t propertyChanges = XCB_EVENT_MASK_PROPERTY_CHANGE;
+constexpr std::uint32_t changes = XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
 
 void selectEvents(XConnection& connection, xcb_window_t window, std::uint32_t mask) {
     connection.discard(
@@ -22,26 +22,26 @@ void addEventMask(XConnection& connection, xcb_window_t window, std::uint32_t ma
     selectEvents(connection, window, attributes->your_event_mask | mask);
 }
 
-XPropertyWatch::XPropertyWatch(XConnection& connection, xcb_window_t window)
+XWindowWatch::XWindowWatch(XConnection& connection, xcb_window_t window)
     : connection_(&connection),
       window_(window),
       attributes_(xcb_get_window_attributes(connection.get(), window)) {
-    selectEvents(connection, window, propertyChanges);
+    selectEvents(connection, window, changes);
 }
 
-XPropertyWatch::~XPropertyWatch() {
+XWindowWatch::~XWindowWatch() {
     keepEarlierEvents();
     selectEvents(*connection_, window_, *earlierMask_);
 }
 
-void XPropertyWatch::keepEarlierEvents() {
+void XWindowWatch::keepEarlierEvents() {
     if (earlierMask_) {
         return;
     }
     const auto attributes = connection_->take(xcb_get_window_attributes_reply, attributes_);
     earlierMask_ = attributes ? attributes->your_event_mask : 0;
-    if ((*earlierMask_ & ~propertyChanges) != 0) {
-        selectEvents(*connection_, window_, *earlierMask_ | propertyChanges);
+    if ((*earlierMask_ & ~changes) != 0) {
+        selectEvents(*connection_, window_, *earlierMask_ | changes);
     }
 }
 

@@ -17,19 +17,19 @@ inline void selectRootEvents(XConnection& connection, std::uint32_t mask) {
     addEventMask(connection, connection.root(), mask);
 }
 
-/// Hears of the changes of a window's properties (PropertyNotify) for as long as it lives, beside what this
-/// connection listens to there anyway. It waits for nobody when it is made: what is asked of the server
-/// afterwards is answered with the changes already listened to.
-class XPropertyWatch {
+/// Hears of the changes of a window's properties and of its place and size (PropertyNotify, ConfigureNotify)
+/// for as long as it lives, beside what this connection listens to there anyway. It waits for nobody when it
+/// is made: what is asked of the server afterwards is answered with the changes already listened to.
+class XWindowWatch {
 public:
     /// The connection must outlive the watch. A window that has gone is left alone.
-    XPropertyWatch(XConnection& connection, xcb_window_t window);
+    XWindowWatch(XConnection& connection, xcb_window_t window);
 
-    XPropertyWatch(const XPropertyWatch&) = delete;
-    XPropertyWatch& operator=(const XPropertyWatch&) = delete;
-    XPropertyWatch(XPropertyWatch&&) = delete;
-    XPropertyWatch& operator=(XPropertyWatch&&) = delete;
-    ~XPropertyWatch();
+    XWindowWatch(const XWindowWatch&) = delete;
+    XWindowWatch& operator=(const XWindowWatch&) = delete;
+    XWindowWatch(XWindowWatch&&) = delete;
+    XWindowWatch& operator=(XWindowWatch&&) = delete;
+    ~XWindowWatch();
 
     /// Brings back what was listened to before, beside the changes. Waits for the server unless an answer to
     /// a later question is in already.

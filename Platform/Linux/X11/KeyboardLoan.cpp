@@ -1,33 +1,55 @@
 #include "Platform/Linux/X11/KeyboardLoan.h"
 
+#include <cstddef>
+
 namespace tarvex {
 
-KeyboardLoan::KeyboardLoan(XConnection& connection) : connection_(&connection) {
-    borrowAnew();
+namespace {
+
+/// Of those that come and go while the keyboard is lent, only the latest are worth remembering.
+constexpr std::size_t maxFormerHolders = 16;
+
+} // namespace
+
+KeyboardLoan::KeyboardLoan(XConnection& connection)
+    : connection_(&connection), formerHolders_{holder().value_or(XCB_INPUT_FOCUS_POINTER_ROOT)} {}
+
+std::optional<xcb_window_t> KeyboardLoan::holder() {
+    const auto focus = connection_->take(xcb_get_input_focus_reply, xcb_get_input_focus(connection_->get()));
+    return focus ? std::optional(focus->focus) : std::nullopt;
 }
 
-void KeyboardLoan::borrowAnew() {
-    const auto focus = connection_->take(xcb_get_input_focus_reply, xcb_get_input_focus(connection_->get()));
-    if (focus) {
-        formerHolder_ = focus->focus;
+void KeyboardLoan::borrowFrom(xcb_window_t holder) {
+    if (holder == XCB_INPUT_FOCUS_NONE || holder == XCB_INPUT_FOCUS_POINTER_ROOT) {
+        return;
     }
+    std::erase(formerHolders_, holder);
+    if (formerHolders_.size() >= maxFormerHolders) {
+        formerHolders_.erase(formerHolders_.begin());
+    }
+    formerHolders_.push_back(holder);
 }
 
 void KeyboardLoan::give(xcb_window_t window) {
-    setFocus(window);
+    connection_->discard(setFocus(window));
 }
 
 void KeyboardLoan::giveBack(xcb_window_t borrower) {
-    const auto focus = connection_->take(xcb_get_input_focus_reply, xcb_get_input_focus(connection_->get()));
-    if (focus && focus->focus == borrower) {
-        setFocus(formerHolder_);
+    if (holder() != borrower) {
+        return;
+    }
+    for (auto former = formerHolders_.rbegin(); former != formerHolders_.rend(); ++former) {
+        // The server refuses a window that has gone or is hidden.
+        if (connection_->check(setFocus(*former)) == 0) {
+            return;
+        }
     }
 }
 
-void KeyboardLoan::setFocus(xcb_window_t window) {
+xcb_void_cookie_t KeyboardLoan::setFocus(xcb_window_t window) {
     // No time of an event is at hand: the program decides, not the user's last click.
-    connection_->discard(xcb_set_input_focus_checked(connection_->get(), XCB_INPUT_FOCUS_POINTER_ROOT, window,
-                                                     XCB_CURRENT_TIME));
+    return xcb_set_input_focus_checked(connection_->get(), XCB_INPUT_FOCUS_POINTER_ROOT, window,
+                                       XCB_CURRENT_TIME);
 }
 
 } // namespace tarvex

@@ -2,7 +2,8 @@
 
 #include "Platform/Linux/X11/XConnection.h"
 
-#include <cstdint>
+#include <optional>
+#include <vector>
 
 namespace tarvex {
 
@@ -20,21 +21,26 @@ public:
     KeyboardLoan& operator=(KeyboardLoan&&) = delete;
     ~KeyboardLoan() = default;
 
-    /// Has the window that has the keyboard now be the one that gets it back. Waits for the server.
-    void borrowAnew();
+    /// Who has the keyboard now; XCB_INPUT_FOCUS_NONE and XCB_INPUT_FOCUS_POINTER_ROOT stand for no window.
+    /// None on a broken connection. Waits for the server.
+    [[nodiscard]] std::optional<xcb_window_t> holder();
+
+    /// Has that window be the first that gets the keyboard back. No window leaves it with those before.
+    void borrowFrom(xcb_window_t holder);
 
     /// Gives the keyboard to the window, which must be shown. Does not wait.
     void give(xcb_window_t window);
 
-    /// Brings the keyboard back if the borrower still has it; a former holder that has gone leaves it to the
-    /// window under the pointer. Waits for the server.
+    /// Brings the keyboard back to the latest of the former holders that is still shown, if the borrower
+    /// still has it. Waits for the server.
     void giveBack(xcb_window_t borrower);
 
 private:
-    void setFocus(xcb_window_t window);
+    [[nodiscard]] xcb_void_cookie_t setFocus(xcb_window_t window);
 
     XConnection* connection_;
-    xcb_window_t formerHolder_ = XCB_INPUT_FOCUS_POINTER_ROOT;
+    /// The latest last.
+    std::vector<xcb_window_t> formerHolders_;
 };
 
 } // namespace tarvex

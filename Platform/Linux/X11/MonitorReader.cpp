@@ -125,7 +125,7 @@ std::vector<MonitorRequests> requestMonitors(XConnection& connection,
 void addUnlessHidden(std::vector<Monitor>& monitors, Monitor monitor) {
     const bool isMirror = std::any_of(monitors.begin(), monitors.end(),
                                       [&](const Monitor& other) { return other.area == monitor.area; });
-    if (!isMirror && monitor.area.width > 0 && monitor.area.height > 0) {
+    if (!isMirror && !monitor.area.isEmpty()) {
         monitors.push_back(std::move(monitor));
     }
 }

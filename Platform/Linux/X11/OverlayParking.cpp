@@ -9,7 +9,6 @@ namespace tarvex {
 
 namespace {
 
-constexpr std::string_view title = "Tarvex Zones";
 /// Instance and class, each ended by a null.
 constexpr std::string_view windowClass{"tarvex\0Tarvex\0", 14};
 
@@ -20,7 +19,7 @@ void restack(XConnection& connection, xcb_window_t window, std::uint32_t mode) {
 
 } // namespace
 
-void setOverlayProperties(XConnection& connection, xcb_window_t window) {
+void setOverlayProperties(XConnection& connection, xcb_window_t window, std::string_view title) {
     connection.internAtoms({"_NET_WM_NAME", "UTF8_STRING", "_NET_WM_WINDOW_TYPE", "_NET_WM_WINDOW_TYPE_DND",
                             "_GTK_FRAME_EXTENTS", "_COMPTON_SHADOW"});
     const auto set = [&connection, window](xcb_atom_t property, xcb_atom_t type, std::uint8_t format,

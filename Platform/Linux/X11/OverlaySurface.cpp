@@ -37,52 +37,25 @@ void inPortions(std::span<const xcb_rectangle_t> rectangles, Action action) {
 OverlaySurface::OverlaySurface(XConnection& connection, const OverlayVisual& visual, OverlayStyle style)
     : connection_(&connection),
       visual_(&visual),
-      style_(style),
-      window_(xcb_generate_id(connection.get())),
-      context_(xcb_generate_id(connection.get())) {
-    create();
-    setOverlayProperties(connection, window_);
-    connection.discard(xcb_map_window_checked(connection.get(), window_));
-}
-
-OverlaySurface::~OverlaySurface() {
-    connection_->discard(xcb_free_gc_checked(connection_->get(), context_));
-    connection_->discard(xcb_destroy_window_checked(connection_->get(), window_));
-}
-
-void OverlaySurface::create() {
-    xcb_connection_t* connection = connection_->get();
-    xcb_create_window_value_list_t attributes{};
-    attributes.background_pixel = 0;
-    // Without a background the desktop stays on the screen until the picture is drawn over it: no flash.
-    attributes.background_pixmap = XCB_BACK_PIXMAP_NONE;
-    attributes.border_pixel = 0;
-    attributes.override_redirect = 1;
-    attributes.event_mask = XCB_EVENT_MASK_EXPOSURE;
-    attributes.colormap = visual_->colormap();
-    const std::uint32_t background = style_ == OverlayStyle::blended ? XCB_CW_BACK_PIXEL : XCB_CW_BACK_PIXMAP;
-    connection_->discard(xcb_create_window_aux_checked(
-        connection, visual_->depth(), window_, connection_->root(), overlayParking.x, overlayParking.y,
-        overlayParking.width, overlayParking.height, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, visual_->id(),
-        background | XCB_CW_BORDER_PIXEL | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK | XCB_CW_COLORMAP,
-        &attributes));
-    xcb_create_gc_value_list_t context{};
-    context.graphics_exposures = 0;
-    connection_->discard(
-        xcb_create_gc_aux_checked(connection, context_, window_, XCB_GC_GRAPHICS_EXPOSURES, &context));
-    lowerToBottom(*connection_, window_);
+      window_(connection, visual,
+              {.style = style,
+               .frame = overlayParking,
+               .events = XCB_EVENT_MASK_EXPOSURE,
+               .title = overlayTitle}) {
+    lowerToBottom(connection, window_.id());
+    window_.map();
 }
 
 void OverlaySurface::setClickThrough(bool isClickThrough) {
     if (std::exchange(isClickThrough_, isClickThrough) == isClickThrough) {
         return;
     }
-    connection_->discard(isClickThrough
-                             ? xcb_shape_rectangles_checked(connection_->get(), XCB_SHAPE_SO_SET,
-                                                            XCB_SHAPE_SK_INPUT, XCB_CLIP_ORDERING_UNSORTED,
-                                                            window_, 0, 0, 0, nullptr)
-                             : xcb_shape_mask_checked(connection_->get(), XCB_SHAPE_SO_SET,
-                                                      XCB_SHAPE_SK_INPUT, window_, 0, 0, XCB_PIXMAP_NONE));
+    connection_->discard(
+        isClickThrough
+            ? xcb_shape_rectangles_checked(connection_->get(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT,
+                                           XCB_CLIP_ORDERING_UNSORTED, window_.id(), 0, 0, 0, nullptr)
+            : xcb_shape_mask_checked(connection_->get(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT, window_.id(),
+                                     0, 0, XCB_PIXMAP_NONE));
 }
 
 void OverlaySurface::show(OverlayImage image, bool raise) {
@@ -91,21 +64,21 @@ void OverlaySurface::show(OverlayImage image, bool raise) {
         !isShown_ || image.frame.width != image_.frame.width || image.frame.height != image_.frame.height;
     const OverlayImage before = std::exchange(image_, std::move(image));
     const bool isSamePicture = keepsPixels && before.fills == image_.fills;
-    if (style_ == OverlayStyle::shaped && !isSamePicture) {
+    if (style() == OverlayStyle::shaped && !isSamePicture) {
         setShape();
     }
     if (!isShown_ || before.frame != image_.frame) {
         place(image_.frame, raise);
     } else if (raise) {
-        raiseToTop(*connection_, window_);
+        raiseToTop(*connection_, window_.id());
     }
     isShown_ = true;
     if (isSamePicture) {
         return;
     }
     exposed_ = keepsPixels ? exposed_ : PixelRect{};
-    if (!keepsPixels && !isResized && style_ == OverlayStyle::blended) {
-        connection_->discard(xcb_clear_area_checked(connection_->get(), 0, window_, 0, 0, 0, 0));
+    if (!keepsPixels && !isResized && style() == OverlayStyle::blended) {
+        connection_->discard(xcb_clear_area_checked(connection_->get(), 0, window_.id(), 0, 0, 0, 0));
     }
     draw(keepsPixels ? changedPixels(before.fills, image_.fills, area())
                      : visiblePixels(image_.fills, area()));
@@ -116,7 +89,7 @@ void OverlaySurface::hide() {
         // In this order, and not in one request: a compositing manager that is told of both at once, or of
         // the stacking first, leaves parts of the picture on other windows.
         place(overlayParking, false);
-        lowerToBottom(*connection_, window_);
+        lowerToBottom(*connection_, window_.id());
         exposed_ = {};
     }
 }
@@ -130,7 +103,7 @@ void OverlaySurface::place(const PixelRect& frame, bool raise) {
     values.stack_mode = XCB_STACK_MODE_ABOVE;
     const int stacking = raise ? XCB_CONFIG_WINDOW_STACK_MODE : 0;
     connection_->discard(xcb_configure_window_aux_checked(
-        connection_->get(), window_,
+        connection_->get(), window_.id(),
         static_cast<std::uint16_t>(XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH |
                                    XCB_CONFIG_WINDOW_HEIGHT | stacking),
         &values));
@@ -145,7 +118,7 @@ void OverlaySurface::setShape() {
     inPortions(rectangles, [&](std::uint32_t count, const xcb_rectangle_t* portion) {
         connection_->discard(xcb_shape_rectangles_checked(
             connection_->get(), std::exchange(operation, XCB_SHAPE_SO_UNION), XCB_SHAPE_SK_BOUNDING,
-            XCB_CLIP_ORDERING_UNSORTED, window_, 0, 0, count, portion));
+            XCB_CLIP_ORDERING_UNSORTED, window_.id(), 0, 0, count, portion));
     });
 }
 
@@ -154,13 +127,14 @@ void OverlaySurface::draw(const std::vector<PixelFill>& tiles) {
         const auto last = std::find_if(first, tiles.end(),
                                        [&](const PixelFill& tile) { return tile.color != first->color; });
         const std::uint32_t pixel = visual_->pixelOf(first->color);
-        connection_->discard(xcb_change_gc_checked(connection_->get(), context_, XCB_GC_FOREGROUND, &pixel));
+        connection_->discard(
+            xcb_change_gc_checked(connection_->get(), window_.context(), XCB_GC_FOREGROUND, &pixel));
         std::vector<xcb_rectangle_t> rectangles;
         std::transform(first, last, std::back_inserter(rectangles),
                        [](const PixelFill& tile) { return rectangleOf(tile.rect); });
         inPortions(rectangles, [this](std::uint32_t count, const xcb_rectangle_t* portion) {
-            const auto cookie =
-                xcb_poly_fill_rectangle_checked(connection_->get(), window_, context_, count, portion);
+            const auto cookie = xcb_poly_fill_rectangle_checked(connection_->get(), window_.id(),
+                                                                window_.context(), count, portion);
             lastDrawing_ = cookie.sequence;
             connection_->discard(cookie);
         });
@@ -173,11 +147,7 @@ void OverlaySurface::noteExposure(const xcb_expose_event_t& event, std::uint32_t
     if (!isShown_ || static_cast<std::int32_t>(sequence - lastDrawing_) < 0) {
         return;
     }
-    const PixelRect lost{event.x, event.y, event.width, event.height};
-    const int left = hasExposure() ? std::min(exposed_.x, lost.x) : lost.x;
-    const int top = hasExposure() ? std::min(exposed_.y, lost.y) : lost.y;
-    exposed_ = {left, top, std::max(exposed_.right(), lost.right()) - left,
-                std::max(exposed_.bottom(), lost.bottom()) - top};
+    exposed_ = boundsOf(exposed_, {event.x, event.y, event.width, event.height});
 }
 
 void OverlaySurface::repairExposure() {

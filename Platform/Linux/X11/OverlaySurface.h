@@ -2,6 +2,7 @@
 
 #include "Platform/Linux/X11/OverlayVisual.h"
 #include "Platform/Linux/X11/ScenePixels.h"
+#include "Platform/Linux/X11/UnmanagedWindow.h"
 #include "Platform/Linux/X11/XConnection.h"
 
 #include <cstdint>
@@ -34,11 +35,11 @@ public:
     OverlaySurface& operator=(const OverlaySurface&) = delete;
     OverlaySurface(OverlaySurface&&) = delete;
     OverlaySurface& operator=(OverlaySurface&&) = delete;
-    ~OverlaySurface();
+    ~OverlaySurface() = default;
 
-    [[nodiscard]] xcb_window_t window() const { return window_; }
+    [[nodiscard]] xcb_window_t window() const { return window_.id(); }
 
-    [[nodiscard]] OverlayStyle style() const { return style_; }
+    [[nodiscard]] OverlayStyle style() const { return window_.style(); }
 
     [[nodiscard]] bool isShown() const { return isShown_; }
 
@@ -52,19 +53,20 @@ public:
     /// @param raise brings it above all other windows
     void show(OverlayImage image, bool raise);
 
+    /// Parks the window until it is shown again.
     void hide();
 
     /// Takes note of lost pixels, if the loss is not older than the last drawing.
     /// @param sequence the request that the server had last handled when it sent the event
     void noteExposure(const xcb_expose_event_t& event, std::uint32_t sequence);
 
-    [[nodiscard]] bool hasExposure() const { return exposed_.width > 0; }
+    /// Whether there are lost pixels.
+    [[nodiscard]] bool hasExposure() const { return !exposed_.isEmpty(); }
 
     /// Draws the lost pixels again.
     void repairExposure();
 
 private:
-    void create();
     void place(const PixelRect& frame, bool raise);
     void setShape();
     void draw(const std::vector<PixelFill>& tiles);
@@ -73,9 +75,7 @@ private:
 
     XConnection* connection_;
     const OverlayVisual* visual_;
-    OverlayStyle style_;
-    xcb_window_t window_;
-    xcb_gcontext_t context_;
+    UnmanagedWindow window_;
     OverlayImage image_;
     bool isShown_ = false;
     bool isClickThrough_ = false;

@@ -8,27 +8,6 @@ namespace tarvex {
 
 namespace {
 
-PixelRect intersection(const PixelRect& one, const PixelRect& other) {
-    const int left = std::max(one.x, other.x);
-    const int top = std::max(one.y, other.y);
-    return {left, top, std::max(0, std::min(one.right(), other.right()) - left),
-            std::max(0, std::min(one.bottom(), other.bottom()) - top)};
-}
-
-bool isEmpty(const PixelRect& rect) {
-    return rect.width <= 0 || rect.height <= 0;
-}
-
-PixelRect bounds(const PixelRect& one, const PixelRect& other) {
-    if (isEmpty(one)) {
-        return other;
-    }
-    const int left = std::min(one.x, other.x);
-    const int top = std::min(one.y, other.y);
-    return {left, top, std::max(one.right(), other.right()) - left,
-            std::max(one.bottom(), other.bottom()) - top};
-}
-
 PixelColor over(PixelColor source, PixelColor below) {
     const PixelColor rest = 255 - (source >> 24U);
     PixelColor result = 0;
@@ -48,10 +27,10 @@ PixelRect boundsOfDifference(const std::vector<PixelFill>& before, const std::ve
                       std::make_reverse_iterator(afterFirst));
     PixelRect result;
     for (auto fill = beforeFirst; fill != beforeLast.base(); ++fill) {
-        result = bounds(result, fill->rect);
+        result = boundsOf(result, fill->rect);
     }
     for (auto fill = afterFirst; fill != afterLast.base(); ++fill) {
-        result = bounds(result, fill->rect);
+        result = boundsOf(result, fill->rect);
     }
     return result;
 }
@@ -120,8 +99,8 @@ private:
     std::vector<PixelFill> clip(const std::vector<PixelFill>& fills) {
         std::vector<PixelFill> result;
         for (const PixelFill& fill : fills) {
-            const PixelRect rect = intersection(fill.rect, area_);
-            if (isEmpty(rect)) {
+            const PixelRect rect = intersectionOf(fill.rect, area_);
+            if (rect.isEmpty()) {
                 continue;
             }
             columns_.cut(rect.x);
@@ -193,8 +172,8 @@ private:
 
 std::vector<PixelFill> changedPixels(const std::vector<PixelFill>& before,
                                      const std::vector<PixelFill>& after, const PixelRect& area) {
-    const PixelRect changed = intersection(boundsOfDifference(before, after), area);
-    return isEmpty(changed) ? std::vector<PixelFill>() : Comparison(changed).run(before, after);
+    const PixelRect changed = intersectionOf(boundsOfDifference(before, after), area);
+    return changed.isEmpty() ? std::vector<PixelFill>() : Comparison(changed).run(before, after);
 }
 
 std::vector<PixelFill> visiblePixels(const std::vector<PixelFill>& picture, const PixelRect& area) {

@@ -39,7 +39,7 @@ void cut(Edges& visible, const Edges& monitor, const Edges& strip, int Edges::*e
 }
 
 void cutByPanel(Edges& visible, const Edges& monitor, const StrutPanel& panel, const Edges& root) {
-    const auto& [window, left, right, top, bottom] = panel;
+    const auto& [window, left, right, top, bottom, isLaidOut] = panel;
     const int leftEnd = root.left + left.depth;
     const int rightEnd = root.right - right.depth;
     const int topEnd = root.top + top.depth;
@@ -50,10 +50,20 @@ void cutByPanel(Edges& visible, const Edges& monitor, const StrutPanel& panel, c
     cut(visible, monitor, {bottom.start, bottom.end + 1, bottomEnd, root.bottom}, &Edges::bottom, bottomEnd);
 }
 
+bool isStripOf(const PixelRect& monitor, const StrutPanel& panel) {
+    return panel.isLaidOut && panel.window.x == monitor.x && panel.window.right() == monitor.right() &&
+           intersect(panel.window, monitor);
+}
+
+void cutByStrip(Edges& visible, const PixelRect& monitor, const PixelRect& strip) {
+    const bool isUpper = strip.y - monitor.y <= monitor.bottom() - strip.bottom();
+    cut(visible, edgesOf(monitor), edgesOf(strip), isUpper ? &Edges::top : &Edges::bottom,
+        isUpper ? strip.bottom() : strip.y);
+}
+
 bool isOnAny(const PixelRect& window, const std::vector<PixelRect>& monitors) {
-    return std::any_of(monitors.begin(), monitors.end(), [&](const PixelRect& monitor) {
-        return intersect(edgesOf(window), edgesOf(monitor));
-    });
+    return std::any_of(monitors.begin(), monitors.end(),
+                       [&](const PixelRect& monitor) { return intersect(window, monitor); });
 }
 
 } // namespace
@@ -66,7 +76,9 @@ std::vector<PixelRect> visibleAreas(const PixelRect& root, const std::vector<Pix
         const Edges whole = edgesOf(monitor);
         Edges visible = whole;
         for (const StrutPanel& panel : panels) {
-            if (intersect(edgesOf(panel.window), whole) || !isOnAny(panel.window, monitors)) {
+            if (isStripOf(monitor, panel)) {
+                cutByStrip(visible, monitor, panel.window);
+            } else if (intersect(panel.window, monitor) || !isOnAny(panel.window, monitors)) {
                 cutByPanel(visible, whole, panel, edgesOf(root));
             }
         }

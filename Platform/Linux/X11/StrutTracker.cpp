@@ -1,6 +1,8 @@
 #include "Platform/Linux/X11/StrutTracker.h"
 
 #include "Platform/Linux/X11/EventMask.h"
+#include "Platform/Linux/X11/WindowManagerProtocol.h"
+#include "Platform/Linux/X11/XAtoms.h"
 
 #include <algorithm>
 #include <limits>
@@ -11,8 +13,10 @@ namespace tarvex {
 
 namespace {
 
+/// How long what a search found is held to be true; the drag of a window asks far more often.
+constexpr std::chrono::seconds searchPeriod{1};
+
 constexpr std::uint32_t candidateEvents = XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
-constexpr std::uint32_t iconicState = 3;
 
 // Larger than any root window, and small enough to add to.
 constexpr std::uint32_t farAway = std::numeric_limits<std::uint16_t>::max();
@@ -59,11 +63,23 @@ struct StrutTracker::PanelRequests {
     xcb_translate_coordinates_cookie_t position;
 };
 
-StrutTracker::StrutTracker(XConnection& connection, XEventPump& pump)
-    : connection_(&connection), pump_(&pump) {
-    connection.internAtoms({"_NET_CLIENT_LIST", "_NET_SUPPORTING_WM_CHECK", "_NET_WM_STRUT_PARTIAL",
-                            "_NET_WM_STRUT", "_NET_WM_WINDOW_TYPE", "_NET_WM_WINDOW_TYPE_DOCK", "WM_STATE"});
+StrutTracker::StrutTracker(XConnection& connection, XEventPump& pump, std::function<Clock::time_point()> now)
+    : connection_(&connection),
+      pump_(&pump),
+      now_(std::move(now)),
+      atoms_(internAtoms(connection)),
+      search_(connection) {
     watch();
+}
+
+StrutTracker::Atoms StrutTracker::internAtoms(XConnection& connection) {
+    return makeAtoms<Atoms>(connection, {{&Atoms::clientList, "_NET_CLIENT_LIST"},
+                                         {&Atoms::managerCheck, "_NET_SUPPORTING_WM_CHECK"},
+                                         {&Atoms::partialStrut, "_NET_WM_STRUT_PARTIAL"},
+                                         {&Atoms::strut, "_NET_WM_STRUT"},
+                                         {&Atoms::windowType, "_NET_WM_WINDOW_TYPE"},
+                                         {&Atoms::dockType, "_NET_WM_WINDOW_TYPE_DOCK"},
+                                         {&Atoms::managedState, "WM_STATE"}});
 }
 
 const std::vector<StrutPanel>& StrutTracker::panels() {
@@ -95,15 +111,14 @@ void StrutTracker::watch() {
     markStaleOn<xcb_configure_notify_event_t>(XCB_CONFIGURE_NOTIFY);
     markStaleOn<xcb_map_notify_event_t>(XCB_MAP_NOTIFY);
     markStaleOn<xcb_unmap_notify_event_t>(XCB_UNMAP_NOTIFY);
+    markStaleOn<xcb_reparent_notify_event_t>(XCB_REPARENT_NOTIFY);
 }
 
 void StrutTracker::handleProperty(const xcb_property_notify_event_t& event) {
     if (event.window == connection_->root()) {
-        isListStale_ = isListStale_ || event.atom == connection_->atom("_NET_CLIENT_LIST") ||
-                       event.atom == connection_->atom("_NET_SUPPORTING_WM_CHECK");
-    } else if (event.atom == connection_->atom("_NET_WM_STRUT_PARTIAL") ||
-               event.atom == connection_->atom("_NET_WM_STRUT") ||
-               event.atom == connection_->atom("WM_STATE")) {
+        isListStale_ = isListStale_ || event.atom == atoms_.clientList || event.atom == atoms_.managerCheck;
+    } else if (event.atom == atoms_.partialStrut || event.atom == atoms_.strut ||
+               event.atom == atoms_.managedState) {
         markStale(event.window);
     }
 }
@@ -117,11 +132,17 @@ void StrutTracker::markStale(xcb_window_t window) {
 }
 
 void StrutTracker::refreshIfStale() {
-    if (!isListStale_ && !isAnyCandidateStale_) {
-        return;
-    }
-    if (isListStale_) {
+    const bool wasListStale = isListStale_;
+    if (wasListStale) {
         readWindowList();
+    }
+    if (!listsPanels_ && now_() >= nextSearch_) {
+        searchUnlisted();
+    }
+    if (wasListStale) {
+        forgetTheRest();
+    } else if (!isAnyCandidateStale_) {
+        return;
     }
     readStaleCandidates();
     std::vector<StrutPanel> panels;
@@ -140,61 +161,79 @@ void StrutTracker::refreshIfStale() {
 void StrutTracker::readWindowList() {
     // Cleared first: a change that happens during the query marks the answer stale again.
     isListStale_ = false;
-    order_ = findCandidates(
-        readPropertyWords(*connection_, connection_->root(), connection_->atom("_NET_CLIENT_LIST")).words);
-    std::unordered_map<xcb_window_t, Candidate> candidates;
-    for (const xcb_window_t window : order_) {
-        const auto known = candidates_.find(window);
-        if (known != candidates_.end()) {
-            candidates.insert(std::move(*known));
-            continue;
-        }
-        // Selected before its properties are read, so that no change falls in between.
-        addEventMask(*connection_, window, candidateEvents);
-        candidates.try_emplace(window);
-        isAnyCandidateStale_ = true;
-    }
-    candidates_ = std::move(candidates);
+    const std::vector<xcb_window_t> windows =
+        readPropertyWords(*connection_, connection_->root(), atoms_.clientList).words;
+    listed_ = {windows.begin(), windows.end()};
+    const std::vector<Found> found = findCandidates(windows);
+    listsPanels_ = std::any_of(found.begin(), found.end(), [](const Found& each) { return each.isDock; });
+    order_.clear();
+    adopt(found, true);
+    search_.startOver();
+    nextSearch_ = {};
+}
+
+void StrutTracker::searchUnlisted() {
+    nextSearch_ = now_() + searchPeriod;
+    std::vector<xcb_window_t> windows = search_.findNew();
+    std::erase_if(windows, [this](xcb_window_t window) { return listed_.contains(window); });
+    adopt(findCandidates(windows), false);
+}
+
+void StrutTracker::forgetTheRest() {
+    const std::unordered_set<xcb_window_t> present(order_.begin(), order_.end());
+    std::erase_if(candidates_, [&](const auto& candidate) { return !present.contains(candidate.first); });
 }
 
 // Known candidates stay so without a question, since their end would have been announced. The rest are asked
 // every time: the id of a window that nobody listens to may have passed to another window.
-std::vector<xcb_window_t> StrutTracker::findCandidates(const std::vector<xcb_window_t>& windows) {
+std::vector<StrutTracker::Found> StrutTracker::findCandidates(const std::vector<xcb_window_t>& windows) {
     std::unordered_map<xcb_window_t, KindRequests> requests;
     for (const xcb_window_t window : windows) {
         if (!candidates_.contains(window) && !requests.contains(window)) {
-            requests.emplace(
-                window,
-                KindRequests{
-                    requestPropertyWords(*connection_, window, connection_->atom("_NET_WM_WINDOW_TYPE")),
-                    requestPropertyWords(*connection_, window, connection_->atom("_NET_WM_STRUT_PARTIAL")),
-                    requestPropertyWords(*connection_, window, connection_->atom("_NET_WM_STRUT"))});
+            requests.emplace(window,
+                             KindRequests{requestPropertyWords(*connection_, window, atoms_.windowType),
+                                          requestPropertyWords(*connection_, window, atoms_.partialStrut),
+                                          requestPropertyWords(*connection_, window, atoms_.strut)});
         }
     }
     std::unordered_set<xcb_window_t> seen;
-    std::vector<xcb_window_t> candidates;
+    std::vector<Found> found;
     for (const xcb_window_t window : windows) {
         if (!seen.insert(window).second) {
             continue;
         }
         const auto request = requests.find(window);
-        bool isCandidate = request == requests.end();
-        if (!isCandidate) {
-            const XPropertyWords type = takePropertyWords(*connection_, request->second.type);
-            const XPropertyWords partial = takePropertyWords(*connection_, request->second.partialStrut);
-            const XPropertyWords strut = takePropertyWords(*connection_, request->second.strut);
-            isCandidate = isDock(type.words) || !partial.words.empty() || !strut.words.empty();
+        if (request == requests.end()) {
+            found.push_back({window, candidates_.at(window).isDock});
+            continue;
         }
-        if (isCandidate) {
-            candidates.push_back(window);
+        const XPropertyWords type = takePropertyWords(*connection_, request->second.type);
+        const XPropertyWords partial = takePropertyWords(*connection_, request->second.partialStrut);
+        const XPropertyWords strut = takePropertyWords(*connection_, request->second.strut);
+        const bool isDock = isAmong(type.words, atoms_.dockType);
+        if (isDock || !partial.words.empty() || !strut.words.empty()) {
+            found.push_back({window, isDock});
         }
     }
-    return candidates;
+    return found;
 }
 
-bool StrutTracker::isDock(const std::vector<std::uint32_t>& types) {
-    return std::find(types.begin(), types.end(), connection_->atom("_NET_WM_WINDOW_TYPE_DOCK")) !=
-           types.end();
+void StrutTracker::adopt(const std::vector<Found>& found, bool isListed) {
+    for (const auto& [window, isDock] : found) {
+        const auto [position, isNew] = candidates_.try_emplace(window);
+        Candidate& candidate = position->second;
+        if (isNew) {
+            // Selected before its properties are read, so that no change falls in between.
+            addEventMask(*connection_, window, candidateEvents);
+        }
+        candidate.isStale = candidate.isStale || candidate.isListed != isListed;
+        candidate.isListed = isListed;
+        candidate.isDock = isDock;
+        isAnyCandidateStale_ = isAnyCandidateStale_ || candidate.isStale;
+        if (std::find(order_.begin(), order_.end(), window) == order_.end()) {
+            order_.push_back(window);
+        }
+    }
 }
 
 void StrutTracker::readStaleCandidates() {
@@ -207,21 +246,22 @@ void StrutTracker::readStaleCandidates() {
         }
     }
     for (const PanelRequests& request : requests) {
-        candidates_[request.window].panel = takePanel(request);
+        Candidate& candidate = candidates_.at(request.window);
+        candidate.panel = takePanel(request, candidate);
     }
 }
 
 StrutTracker::PanelRequests StrutTracker::requestPanel(xcb_window_t window) {
     return {window,
-            requestPropertyWords(*connection_, window, connection_->atom("_NET_WM_STRUT_PARTIAL")),
-            requestPropertyWords(*connection_, window, connection_->atom("_NET_WM_STRUT")),
-            requestPropertyWords(*connection_, window, connection_->atom("WM_STATE")),
+            requestPropertyWords(*connection_, window, atoms_.partialStrut),
+            requestPropertyWords(*connection_, window, atoms_.strut),
+            requestPropertyWords(*connection_, window, atoms_.managedState),
             xcb_get_window_attributes(connection_->get(), window),
             xcb_get_geometry(connection_->get(), window),
             xcb_translate_coordinates(connection_->get(), window, connection_->root(), 0, 0)};
 }
 
-std::optional<StrutPanel> StrutTracker::takePanel(const PanelRequests& requests) {
+std::optional<StrutPanel> StrutTracker::takePanel(const PanelRequests& requests, const Candidate& candidate) {
     const XPropertyWords partial = takePropertyWords(*connection_, requests.partialStrut);
     const XPropertyWords strut = takePropertyWords(*connection_, requests.strut);
     const XPropertyWords state = takePropertyWords(*connection_, requests.state);
@@ -232,13 +272,20 @@ std::optional<StrutPanel> StrutTracker::takePanel(const PanelRequests& requests)
         return std::nullopt;
     }
     // A mapped window in an unmapped frame counts: the window manager maps the frame last, and nobody tells.
-    const bool isHidden = attributes->map_state == XCB_MAP_STATE_UNMAPPED ||
-                          (!state.words.empty() && state.words.front() == iconicState);
-    if (isHidden) {
+    const bool isHidden = attributes->map_state == XCB_MAP_STATE_UNMAPPED || isIconic(state.words);
+    // Nobody keeps anything free for a panel that has withdrawn from the window manager, such as one that
+    // slides out above the windows.
+    if (isHidden || !(candidate.isListed || isManaged(state.words))) {
         return std::nullopt;
     }
-    return panelOf({position->dst_x, position->dst_y, geometry->width, geometry->height}, partial.words,
-                   strut.words);
+    const PixelRect window{position->dst_x, position->dst_y, geometry->width, geometry->height};
+    std::optional<StrutPanel> panel = panelOf(window, partial.words, strut.words);
+    if (candidate.isDock && !candidate.isListed) {
+        panel = panel.value_or(StrutPanel{});
+        panel->window = window;
+        panel->isLaidOut = true;
+    }
+    return panel;
 }
 
 } // namespace tarvex

@@ -1,10 +1,12 @@
 #include "Platform/Linux/X11/TopmostKeeper.h"
 
 #include "Platform/Linux/X11/EventMask.h"
+#include "Platform/Linux/X11/XAtoms.h"
 
 #include <algorithm>
 #include <cstddef>
-#include <span>
+#include <iterator>
+#include <utility>
 
 namespace tarvex {
 
@@ -15,24 +17,17 @@ constexpr std::uint32_t stackingEvents = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
 constexpr std::size_t maxRaises = 8;
 constexpr std::chrono::seconds raisePeriod{1};
 
-struct Candidate {
+struct Request {
     xcb_window_t window;
+    bool isAbove;
     xcb_get_window_attributes_cookie_t attributes;
     xcb_get_geometry_cookie_t geometry;
 };
 
-bool intersect(const PixelRect& one, const PixelRect& other) {
-    return one.x < other.right() && other.x < one.right() && one.y < other.bottom() && other.y < one.bottom();
-}
-
-bool contains(const PixelRect& outer, const PixelRect& inner) {
-    return outer.x <= inner.x && outer.y <= inner.y && outer.right() >= inner.right() &&
-           outer.bottom() >= inner.bottom();
-}
-
 } // namespace
 
-TopmostKeeper::TopmostKeeper(XConnection& connection, XEventPump& pump) : connection_(&connection) {
+TopmostKeeper::TopmostKeeper(XConnection& connection, XEventPump& pump)
+    : connection_(&connection), own_(connection.get()), atoms_(internAtoms(connection)) {
     const auto attributes = connection.take(xcb_get_window_attributes_reply,
                                             xcb_get_window_attributes(connection.get(), connection.root()));
     hasSelected_ = attributes && (attributes->your_event_mask & stackingEvents) == 0;
@@ -47,6 +42,19 @@ TopmostKeeper::TopmostKeeper(XConnection& connection, XEventPump& pump) : connec
         const auto& configure = reinterpret_cast<const xcb_configure_notify_event_t&>(event);
         note(configure.event, configure.window);
     }));
+}
+
+TopmostKeeper::Atoms TopmostKeeper::internAtoms(XConnection& connection) {
+    return makeAtoms<Atoms>(connection, {{&Atoms::managerCheck, "_NET_SUPPORTING_WM_CHECK"},
+                                         {&Atoms::windowType, "_NET_WM_WINDOW_TYPE"},
+                                         {&Atoms::dock, "_NET_WM_WINDOW_TYPE_DOCK"},
+                                         {&Atoms::notification, "_NET_WM_WINDOW_TYPE_NOTIFICATION"},
+                                         {&Atoms::tooltip, "_NET_WM_WINDOW_TYPE_TOOLTIP"},
+                                         {&Atoms::menu, "_NET_WM_WINDOW_TYPE_MENU"},
+                                         {&Atoms::popupMenu, "_NET_WM_WINDOW_TYPE_POPUP_MENU"},
+                                         {&Atoms::dropdownMenu, "_NET_WM_WINDOW_TYPE_DROPDOWN_MENU"},
+                                         {&Atoms::combo, "_NET_WM_WINDOW_TYPE_COMBO"},
+                                         {&Atoms::dragAndDrop, "_NET_WM_WINDOW_TYPE_DND"}});
 }
 
 TopmostKeeper::~TopmostKeeper() {
@@ -64,64 +72,129 @@ TopmostKeeper::~TopmostKeeper() {
 }
 
 void TopmostKeeper::note(xcb_window_t parent, xcb_window_t window) {
-    isStackingStale_ = isStackingStale_ || (parent == connection_->root() && !isOwn(window));
-}
-
-bool TopmostKeeper::isOwn(xcb_window_t window) const {
-    const xcb_setup_t& setup = *xcb_get_setup(connection_->get());
-    return (window & ~setup.resource_id_mask) == setup.resource_id_base;
+    isStackingStale_ = isStackingStale_ || (parent == connection_->root() && !own_.contains(window));
 }
 
 void TopmostKeeper::keepOnTop(xcb_window_t window, const PixelRect& frame) {
-    if (!isStackingStale_) {
+    const bool isNew = std::exchange(kept_, window) != window;
+    if (!std::exchange(isStackingStale_, false) && !isNew) {
         return;
     }
-    isStackingStale_ = false;
-    const std::optional<xcb_window_t> obscuring = findObscuring(window, frame);
-    if (!obscuring || !mayRaise()) {
-        return;
-    }
-    xcb_configure_window_value_list_t values{};
-    values.sibling = *obscuring;
-    values.stack_mode = XCB_STACK_MODE_ABOVE;
-    connection_->discard(xcb_configure_window_aux_checked(
-        connection_->get(), window, XCB_CONFIG_WINDOW_SIBLING | XCB_CONFIG_WINDOW_STACK_MODE, &values));
-}
-
-std::optional<xcb_window_t> TopmostKeeper::findObscuring(xcb_window_t window, const PixelRect& frame) {
-    const auto tree =
-        connection_->take(xcb_query_tree_reply, xcb_query_tree(connection_->get(), connection_->root()));
-    if (!tree) {
-        return std::nullopt;
-    }
-    const std::span<const xcb_window_t> children(
-        xcb_query_tree_children(tree.get()),
-        static_cast<std::size_t>(xcb_query_tree_children_length(tree.get())));
-    const auto own = std::find(children.begin(), children.end(), window);
-    std::vector<Candidate> candidates;
-    for (auto child = own; child != children.end(); ++child) {
-        if (!isOwn(*child)) {
-            candidates.push_back({*child, xcb_get_window_attributes(connection_->get(), *child),
-                                  xcb_get_geometry(connection_->get(), *child)});
+    const auto managerCheck = requestPropertyWords(*connection_, connection_->root(), atoms_.managerCheck);
+    const std::vector<Overlapping> overlapping = findOverlapping(window, frame, isNew);
+    const XPropertyWords manager = takePropertyWords(*connection_, managerCheck);
+    std::optional<xcb_window_t> lowestOfHigher;
+    for (auto other = overlapping.rbegin(); other != overlapping.rend(); ++other) {
+        const Level level =
+            levelOf(*other, manager.words.empty() ? std::nullopt : std::optional(manager.words.front()));
+        if (level == Level::below) {
+            if (other->isAbove && mayRaise()) {
+                restack(window, other->window, XCB_STACK_MODE_ABOVE);
+                return;
+            }
+            break;
+        }
+        if (level == Level::above && !other->isAbove) {
+            lowestOfHigher = other->window;
         }
     }
-    std::optional<xcb_window_t> highest;
-    for (const Candidate& candidate : candidates) {
-        const auto attributes = connection_->take(xcb_get_window_attributes_reply, candidate.attributes);
-        const auto geometry = connection_->take(xcb_get_geometry_reply, candidate.geometry);
+    if (lowestOfHigher) {
+        restack(window, *lowestOfHigher, XCB_STACK_MODE_BELOW);
+    }
+}
+
+std::vector<TopmostKeeper::Overlapping> TopmostKeeper::findOverlapping(xcb_window_t kept,
+                                                                       const PixelRect& frame, bool isNew) {
+    const std::vector<xcb_window_t> children = readChildren(connection_->root());
+    const auto place = std::find(children.begin(), children.end(), kept);
+    if (place == children.end()) {
+        return {};
+    }
+    std::vector<Request> requests;
+    for (auto child = isNew ? children.begin() : place; child != children.end(); ++child) {
+        if (!own_.contains(*child)) {
+            requests.push_back({*child, place < child, xcb_get_window_attributes(connection_->get(), *child),
+                                xcb_get_geometry(connection_->get(), *child)});
+        }
+    }
+    std::vector<Overlapping> overlapping;
+    for (const Request& request : requests) {
+        const auto attributes = connection_->take(xcb_get_window_attributes_reply, request.attributes);
+        const auto geometry = connection_->take(xcb_get_geometry_reply, request.geometry);
         if (!attributes || !geometry || attributes->map_state != XCB_MAP_STATE_VIEWABLE ||
             attributes->_class != XCB_WINDOW_CLASS_INPUT_OUTPUT) {
             continue;
         }
         const PixelRect covered{geometry->x, geometry->y, geometry->width + 2 * geometry->border_width,
                                 geometry->height + 2 * geometry->border_width};
-        // Screen lockers cover whole monitors, one by one or all together.
-        const bool mayLock = attributes->override_redirect != 0 && contains(covered, frame);
-        if (!mayLock && intersect(covered, frame)) {
-            highest = candidate.window;
+        if (intersect(covered, frame)) {
+            overlapping.push_back({request.window, attributes->override_redirect != 0, request.isAbove});
         }
     }
-    return highest;
+    return overlapping;
+}
+
+TopmostKeeper::Level TopmostKeeper::levelOf(const Overlapping& other, std::optional<xcb_window_t> manager) {
+    const XPropertyWords type = readPropertyWords(*connection_, other.window, atoms_.windowType);
+    if (isHigh(type.words) || (other.isOverrideRedirect && isPopup(type.words))) {
+        return Level::above;
+    }
+    const std::vector<xcb_window_t> clients = findClients(other.window);
+    const bool isManagers = manager ? own_.isSameClient(other.window, *manager) : !clients.empty();
+    // Menus, tooltips and the windows of screen lockers. Not all toolkits say which is which, but only the
+    // frames of some window managers are as unmanaged as these.
+    if (other.isOverrideRedirect && !isManagers) {
+        return Level::asItIs;
+    }
+    const bool isHighFrame = std::any_of(clients.begin(), clients.end(), [this](xcb_window_t client) {
+        return isHigh(readPropertyWords(*connection_, client, atoms_.windowType).words);
+    });
+    return isHighFrame ? Level::above : Level::below;
+}
+
+bool TopmostKeeper::isHigh(const std::vector<std::uint32_t>& types) const {
+    return isAmong(types, atoms_.dock) || isAmong(types, atoms_.notification);
+}
+
+bool TopmostKeeper::isPopup(const std::vector<std::uint32_t>& types) const {
+    return std::any_of(types.begin(), types.end(), [this](xcb_atom_t type) {
+        return type == atoms_.tooltip || type == atoms_.menu || type == atoms_.popupMenu ||
+               type == atoms_.dropdownMenu || type == atoms_.combo || type == atoms_.dragAndDrop;
+    });
+}
+
+std::vector<xcb_window_t> TopmostKeeper::readChildren(xcb_window_t window) {
+    const auto tree = connection_->take(xcb_query_tree_reply, xcb_query_tree(connection_->get(), window));
+    if (!tree) {
+        return {};
+    }
+    const xcb_window_t* const children = xcb_query_tree_children(tree.get());
+    return {children, children + xcb_query_tree_children_length(tree.get())};
+}
+
+std::vector<xcb_window_t> TopmostKeeper::findClients(xcb_window_t frame) {
+    std::vector<xcb_window_t> clients;
+    const auto addFrom = [&](const std::vector<xcb_window_t>& windows) {
+        std::copy_if(windows.begin(), windows.end(), std::back_inserter(clients),
+                     [&](xcb_window_t window) { return !own_.isSameClient(window, frame); });
+    };
+    const std::vector<xcb_window_t> children = readChildren(frame);
+    addFrom(children);
+    if (clients.empty()) {
+        // Some window managers wrap the client in a window more.
+        for (const xcb_window_t child : children) {
+            addFrom(readChildren(child));
+        }
+    }
+    return clients;
+}
+
+void TopmostKeeper::restack(xcb_window_t window, xcb_window_t sibling, xcb_stack_mode_t mode) {
+    xcb_configure_window_value_list_t values{};
+    values.sibling = sibling;
+    values.stack_mode = mode;
+    connection_->discard(xcb_configure_window_aux_checked(
+        connection_->get(), window, XCB_CONFIG_WINDOW_SIBLING | XCB_CONFIG_WINDOW_STACK_MODE, &values));
 }
 
 bool TopmostKeeper::mayRaise() {

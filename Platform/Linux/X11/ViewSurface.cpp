@@ -5,6 +5,7 @@
 #include <xcb/xcbext.h>
 
 #include <algorithm>
+#include <array>
 #include <string_view>
 #include <utility>
 
@@ -22,77 +23,37 @@ constexpr std::size_t maxExposedRects = 64;
 
 constexpr std::uint32_t windowEvents = XCB_EVENT_MASK_EXPOSURE | XCB_EVENT_MASK_BUTTON_PRESS |
                                        XCB_EVENT_MASK_BUTTON_RELEASE | XCB_EVENT_MASK_POINTER_MOTION |
-                                       XCB_EVENT_MASK_LEAVE_WINDOW | XCB_EVENT_MASK_KEY_PRESS |
-                                       XCB_EVENT_MASK_FOCUS_CHANGE;
-
-PixelRect unitedRect(const PixelRect& one, const PixelRect& other) {
-    const int left = std::min(one.x, other.x);
-    const int top = std::min(one.y, other.y);
-    return {left, top, std::max(one.right(), other.right()) - left,
-            std::max(one.bottom(), other.bottom()) - top};
-}
+                                       XCB_EVENT_MASK_ENTER_WINDOW | XCB_EVENT_MASK_LEAVE_WINDOW |
+                                       XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_FOCUS_CHANGE;
 
 } // namespace
 
 ViewSurface::ViewSurface(XConnection& connection, const OverlayVisual& visual, const PixelFormat& format,
                          OverlayStyle style, const PixelRect& frame)
     : connection_(&connection),
-      visual_(&visual),
       format_(&format),
-      style_(style),
-      window_(xcb_generate_id(connection.get())),
-      context_(xcb_generate_id(connection.get())),
+      window_(connection, visual, {.style = style, .frame = frame, .events = windowEvents, .title = title}),
       maxImageBytes_(std::min<std::size_t>(
           std::size_t{xcb_get_maximum_request_length(connection.get())} * 4 - headerBytes, largestPortion)),
-      area_{0, 0, frame.width, frame.height} {
-    create(frame);
-    setProperties();
-}
+      area_{0, 0, frame.width, frame.height} {}
 
 ViewSurface::~ViewSurface() {
     forgetAnswer();
-    connection_->discard(xcb_free_gc_checked(connection_->get(), context_));
-    connection_->discard(xcb_destroy_window_checked(connection_->get(), window_));
-}
-
-void ViewSurface::create(const PixelRect& frame) {
-    xcb_connection_t* connection = connection_->get();
-    xcb_create_window_value_list_t attributes{};
-    attributes.background_pixel = 0;
-    // Without a background the desktop stays on the screen until the picture is drawn over it: no flash.
-    attributes.background_pixmap = XCB_BACK_PIXMAP_NONE;
-    attributes.border_pixel = 0;
-    attributes.override_redirect = 1;
-    attributes.event_mask = windowEvents;
-    attributes.colormap = visual_->colormap();
-    const std::uint32_t background = style_ == OverlayStyle::blended ? XCB_CW_BACK_PIXEL : XCB_CW_BACK_PIXMAP;
-    connection_->discard(xcb_create_window_aux_checked(
-        connection, visual_->depth(), window_, connection_->root(), static_cast<std::int16_t>(frame.x),
-        static_cast<std::int16_t>(frame.y), static_cast<std::uint16_t>(std::max(frame.width, 1)),
-        static_cast<std::uint16_t>(std::max(frame.height, 1)), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
-        visual_->id(),
-        background | XCB_CW_BORDER_PIXEL | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK | XCB_CW_COLORMAP,
-        &attributes));
-    xcb_create_gc_value_list_t context{};
-    context.graphics_exposures = 0;
-    connection_->discard(
-        xcb_create_gc_aux_checked(connection, context_, window_, XCB_GC_GRAPHICS_EXPOSURES, &context));
-}
-
-void ViewSurface::setProperties() {
-    setOverlayProperties(*connection_, window_);
-    for (const auto& [property, type] :
-         {std::pair(xcb_atom_t{XCB_ATOM_WM_NAME}, xcb_atom_t{XCB_ATOM_STRING}),
-          std::pair(connection_->atom("_NET_WM_NAME"), connection_->atom("UTF8_STRING"))}) {
-        connection_->discard(
-            xcb_change_property_checked(connection_->get(), XCB_PROP_MODE_REPLACE, window_, property, type, 8,
-                                        static_cast<std::uint32_t>(title.size()), title.data()));
-    }
 }
 
 void ViewSurface::show() {
-    connection_->discard(xcb_map_window_checked(connection_->get(), window_));
-    raiseToTop(*connection_, window_);
+    window_.map();
+    raiseToTop(*connection_, window_.id());
+}
+
+void ViewSurface::park() {
+    const std::array<std::uint32_t, 4> values{
+        static_cast<std::uint32_t>(overlayParking.x), static_cast<std::uint32_t>(overlayParking.y),
+        static_cast<std::uint32_t>(overlayParking.width), static_cast<std::uint32_t>(overlayParking.height)};
+    connection_->discard(xcb_configure_window_checked(connection_->get(), window_.id(),
+                                                      XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y |
+                                                          XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT,
+                                                      values.data()));
 }
 
 void ViewSurface::put(const PictureView& picture, std::span<const PixelRect> rects) {
@@ -123,7 +84,7 @@ std::uint32_t ViewSurface::putRect(const PictureView& picture, const PixelRect& 
             format_->appendRow({start, static_cast<std::size_t>(rect.width)}, buffer_);
         }
         const auto cookie = xcb_put_image_checked(
-            connection_->get(), XCB_IMAGE_FORMAT_Z_PIXMAP, window_, context_,
+            connection_->get(), XCB_IMAGE_FORMAT_Z_PIXMAP, window_.id(), window_.context(),
             static_cast<std::uint16_t>(rect.width), static_cast<std::uint16_t>(count),
             static_cast<std::int16_t>(rect.x), static_cast<std::int16_t>(y), 0, format_->depth(),
             static_cast<std::uint32_t>(buffer_.size()), buffer_.data());
@@ -161,9 +122,9 @@ void ViewSurface::noteExposure(const xcb_expose_event_t& event, std::uint32_t se
     }
     exposed_.push_back({event.x, event.y, event.width, event.height});
     if (exposed_.size() > maxExposedRects) {
-        PixelRect whole = exposed_.front();
+        PixelRect whole;
         for (const PixelRect& rect : exposed_) {
-            whole = unitedRect(whole, rect);
+            whole = boundsOf(whole, rect);
         }
         exposed_.assign(1, whole);
     }

@@ -3,6 +3,7 @@
 #include "Platform/Linux/X11/DesktopLayout.h"
 #include "Platform/Linux/X11/OverlayVisual.h"
 #include "Platform/Linux/X11/PixelFormat.h"
+#include "Platform/Linux/X11/UnmanagedWindow.h"
 #include "Platform/Linux/X11/XConnection.h"
 
 #include <cstddef>
@@ -35,12 +36,15 @@ public:
     ViewSurface& operator=(ViewSurface&&) = delete;
     ~ViewSurface();
 
-    [[nodiscard]] xcb_window_t window() const { return window_; }
+    [[nodiscard]] xcb_window_t window() const { return window_.id(); }
 
-    [[nodiscard]] OverlayStyle style() const { return style_; }
+    [[nodiscard]] OverlayStyle style() const { return window_.style(); }
 
     /// Shows it above all other windows.
     void show();
+
+    /// Takes it off the screen for good; it keeps the keyboard.
+    void park();
 
     /// Puts the rectangles of the picture, which covers the window, on the screen.
     void put(const PictureView& picture, std::span<const PixelRect> rects);
@@ -56,18 +60,13 @@ public:
     void repairExposure(const PictureView& picture);
 
 private:
-    void create(const PixelRect& frame);
-    void setProperties();
     /// The sequence number of its first request.
     std::uint32_t putRect(const PictureView& picture, const PixelRect& rect);
     void forgetAnswer();
 
     XConnection* connection_;
-    const OverlayVisual* visual_;
     const PixelFormat* format_;
-    OverlayStyle style_;
-    xcb_window_t window_;
-    xcb_gcontext_t context_;
+    UnmanagedWindow window_;
     std::size_t maxImageBytes_;
     std::vector<std::uint8_t> buffer_;
     PixelRect area_;

@@ -6,16 +6,6 @@
 
 namespace tarvex {
 
-namespace {
-
-constexpr std::string_view windowAttribute = "AXWindow";
-constexpr std::string_view parentAttribute = "AXParent";
-constexpr std::string_view positionAttribute = "AXPosition";
-constexpr std::string_view sizeAttribute = "AXSize";
-
-/// Coordinates and extents of X are 16 bits wide.
-constexpr double farthest = 32767;
-
 class XWindowElement final : public AccessibilityElement {
 public:
     XWindowElement(xcb_window_t window, bool isManaged) : path_{window}, isManaged_(isManaged) {}
@@ -31,10 +21,31 @@ public:
     /// A window in the user's sense, with a frame that can be read and written.
     [[nodiscard]] bool isManaged() const { return isManaged_; }
 
+    /// What its frame was, and in which states, when somebody first asked for it. A frame that was read says
+    /// nothing of the states, so that whoever writes it later could not bring them back.
+    [[nodiscard]] const std::optional<XWindowRecord>& atFirst() const { return atFirst_; }
+
+    void record(const XWindowGeometry& geometry) {
+        if (!atFirst_) {
+            atFirst_ = XWindowRecord{geometry.visibleFrame(), geometry.states};
+        }
+    }
+
 private:
     std::vector<xcb_window_t> path_;
     bool isManaged_;
+    std::optional<XWindowRecord> atFirst_;
 };
+
+namespace {
+
+constexpr std::string_view windowAttribute = "AXWindow";
+constexpr std::string_view parentAttribute = "AXParent";
+constexpr std::string_view positionAttribute = "AXPosition";
+constexpr std::string_view sizeAttribute = "AXSize";
+
+/// Coordinates and extents of X are 16 bits wide.
+constexpr double farthest = 32767;
 
 AccessibilityValueResult elementResult(const XWindowFinder::Result& found, bool isManaged) {
     if (found.error != 0) {
@@ -54,11 +65,11 @@ bool isExpressible(double first, double second) {
 
 XAccessibilityPlatform::XAccessibilityPlatform(XConnection& connection, XEventPump& pump,
                                                DesktopLayoutProvider& layout,
-                                               std::vector<XClientResources> ownClients)
+                                               std::vector<XClientResources> ownClients, MainLoop* mainLoop)
     : connection_(&connection),
       layout_(&layout),
       finder_(connection, std::move(ownClients)),
-      placer_(connection, pump, layout, {}) {}
+      placer_(connection, pump, layout, {}, mainLoop) {}
 
 bool XAccessibilityPlatform::isProcessTrusted(bool /*showsPrompt*/) {
     return true;
@@ -81,7 +92,7 @@ AccessibilityElementResult XAccessibilityPlatform::copyElementAtPosition(float x
 
 AccessibilityValueResult XAccessibilityPlatform::copyAttributeValue(const AccessibilityElementRef& element,
                                                                     std::string_view name) {
-    const auto* node = dynamic_cast<const XWindowElement*>(element.get());
+    auto* node = dynamic_cast<XWindowElement*>(element.get());
     if (node == nullptr) {
         return {x_accessibility_error::invalidElement, std::nullopt};
     }
@@ -92,17 +103,18 @@ AccessibilityValueResult XAccessibilityPlatform::copyAttributeValue(const Access
         return elementResult(finder_.parentOf(node->window()), false);
     }
     if (node->isManaged() && (name == positionAttribute || name == sizeAttribute)) {
-        return readFrame(node->window(), name == positionAttribute);
+        return readFrame(*node, name == positionAttribute);
     }
     return {x_accessibility_error::attributeUnsupported, std::nullopt};
 }
 
-AccessibilityValueResult XAccessibilityPlatform::readFrame(xcb_window_t window, bool wantsPosition) {
+AccessibilityValueResult XAccessibilityPlatform::readFrame(XWindowElement& element, bool wantsPosition) {
     placer_.sendPending();
-    const XWindowGeometry geometry = XWindowGeometryRequest(*connection_, window).take();
+    const XWindowGeometry geometry = XWindowGeometryRequest(*connection_, element.window()).take();
     if (geometry.error != 0) {
         return {geometry.error, std::nullopt};
     }
+    element.record(geometry);
     const PixelRect frame = geometry.visibleFrame();
     if (wantsPosition) {
         return {0, layout_->layout().accessibilityPointOfPixel(frame.x, frame.y)};
@@ -131,11 +143,13 @@ std::int32_t XAccessibilityPlatform::setAttributeValue(const AccessibilityElemen
     if (name == positionAttribute) {
         const auto* position = std::get_if<Point>(&value);
         const bool isLegal = position != nullptr && isExpressible(position->x, position->y);
-        return isLegal ? placer_.setPosition(node->window(), *position) : x_accessibility_error::illegalValue;
+        return isLegal ? placer_.setPosition(node->window(), *position, node->atFirst())
+                       : x_accessibility_error::illegalValue;
     }
     const auto* size = std::get_if<Size>(&value);
     const bool isLegal = size != nullptr && isExpressible(size->width, size->height);
-    return isLegal ? placer_.setSize(node->window(), *size) : x_accessibility_error::illegalValue;
+    return isLegal ? placer_.setSize(node->window(), *size, node->atFirst())
+                   : x_accessibility_error::illegalValue;
 }
 
 } // namespace tarvex

@@ -21,14 +21,17 @@ inline constexpr std::int32_t noValue = -4;
 inline constexpr std::int32_t illegalValue = -5;
 } // namespace x_accessibility_error
 
+class XWindowElement;
+
 /// Other programs' windows, as the X server and the window manager know them. X lets every client steer every
 /// window, so that the process is always trusted. "AXPosition" and "AXSize" belong to what "AXWindow" gives.
 class XAccessibilityPlatform final : public AccessibilityPlatform {
 public:
     /// All must outlive the platform.
     /// @param ownClients this program's further connections, whose windows are never elements
+    /// @param mainLoop as XWindowPlacer takes it
     XAccessibilityPlatform(XConnection& connection, XEventPump& pump, DesktopLayoutProvider& layout,
-                           std::vector<XClientResources> ownClients);
+                           std::vector<XClientResources> ownClients, MainLoop* mainLoop = nullptr);
 
     [[nodiscard]] bool isProcessTrusted(bool showsPrompt) override;
     [[nodiscard]] AccessibilityElementResult copyElementAtPosition(float x, float y) override;
@@ -41,7 +44,7 @@ public:
                                                  const AccessibilityValue& value) override;
 
 private:
-    [[nodiscard]] AccessibilityValueResult readFrame(xcb_window_t window, bool wantsPosition);
+    [[nodiscard]] AccessibilityValueResult readFrame(XWindowElement& element, bool wantsPosition);
 
     XConnection* connection_;
     DesktopLayoutProvider* layout_;

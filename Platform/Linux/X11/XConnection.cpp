@@ -1,6 +1,6 @@
 #include "Platform/Linux/X11/XConnection.h"
 
-#include <algorithm>
+#include <utility>
 
 namespace tarvex {
 
@@ -56,14 +56,16 @@ xcb_atom_t XConnection::atom(std::string_view name) {
 }
 
 void XConnection::internAtoms(const std::vector<std::string_view>& names) {
-    std::vector<xcb_intern_atom_cookie_t> cookies;
-    cookies.reserve(names.size());
+    std::vector<std::pair<std::string, xcb_intern_atom_cookie_t>> requests;
     for (const std::string_view name : names) {
-        cookies.push_back(requestAtom(connection_, name));
+        std::string key(name);
+        if (!atoms_.contains(key)) {
+            requests.emplace_back(std::move(key), requestAtom(connection_, name));
+        }
     }
-    for (std::size_t index = 0; index < names.size(); ++index) {
-        if (const auto reply = take(xcb_intern_atom_reply, cookies[index])) {
-            atoms_.insert_or_assign(std::string(names[index]), reply->atom);
+    for (auto& [key, cookie] : requests) {
+        if (const auto reply = take(xcb_intern_atom_reply, cookie)) {
+            atoms_.insert_or_assign(std::move(key), reply->atom);
         }
     }
 }

@@ -67,7 +67,7 @@ public:
     /// The atom of that name, interned on first use; XCB_ATOM_NONE on a broken connection.
     [[nodiscard]] xcb_atom_t atom(std::string_view name);
 
-    /// Interns all names with one wait, so that later uses need none.
+    /// Interns all names with one wait, or none where all are known, so that later uses need none.
     void internAtoms(const std::vector<std::string_view>& names);
 
     /// The extension's data when the server has it, else null.
@@ -104,16 +104,22 @@ private:
     std::unordered_map<std::string, xcb_atom_t> atoms_;
 };
 
-/// Reads a whole 32-bit property (cardinals, atoms, windows). A property that is missing, of another format,
-/// or on a window that has gone reads as empty; error tells the last apart.
+/// A whole 32-bit property (cardinals, atoms, windows). One that is missing, of another format, or on a
+/// window that has gone is empty.
 struct XPropertyWords {
     std::vector<std::uint32_t> words;
+    /// Of the request, such as for a window that has gone; 0 also for a property that is missing.
     std::int32_t error = 0;
 };
 
+/// Asks for a property; its answer is to be taken once.
 [[nodiscard]] xcb_get_property_cookie_t requestPropertyWords(XConnection& connection, xcb_window_t window,
                                                              xcb_atom_t property);
+
+/// Waits for the answer.
 [[nodiscard]] XPropertyWords takePropertyWords(XConnection& connection, xcb_get_property_cookie_t cookie);
+
+/// Asks for a property and waits for the answer.
 [[nodiscard]] XPropertyWords readPropertyWords(XConnection& connection, xcb_window_t window,
                                                xcb_atom_t property);
 

@@ -89,10 +89,20 @@ private:
     std::span<const xcb_keycode_t> keys_;
 };
 
-std::uint64_t XModifierMap::eventFlags(std::uint32_t modifiers) {
+void XModifierMap::readIfUnknown() {
     if (!isKnown_) {
         read();
     }
+}
+
+bool XModifierMap::isTold(std::uint32_t modifiers) {
+    readIfUnknown();
+    constexpr std::uint32_t allModifiers = (1U << modifierCount) - 1;
+    return (modifiers & allModifiers & ~countingModifiers_) == 0;
+}
+
+std::uint64_t XModifierMap::eventFlags(std::uint32_t modifiers) {
+    readIfUnknown();
     std::uint64_t flags = 0;
     for (std::size_t index = 0; index < modifierCount; ++index) {
         if ((modifiers >> index & 1U) != 0) {
@@ -106,8 +116,7 @@ std::vector<std::uint16_t> XModifierMap::statesOf(std::uint64_t eventFlags) {
     const std::uint64_t wanted = eventFlags & hotkeyFlags;
     std::vector<std::uint16_t> states;
     for (std::uint16_t state = 0; state < 1U << modifierCount; ++state) {
-        // The flags first: they have the map read.
-        if (this->eventFlags(state) == wanted && (state & ~countingModifiers_) == 0) {
+        if (this->eventFlags(state) == wanted && isTold(state)) {
             states.push_back(state);
         }
     }

@@ -19,6 +19,11 @@ public:
     /// The event_flag bits of a modifier state (xcb_mod_mask_t).
     [[nodiscard]] std::uint64_t eventFlags(std::uint32_t modifiers);
 
+    /// Whether eventFlags() tells all that is held in a modifier state. It does not tell of AltGr, to name
+    /// one; what is held then is another combination than the flags say, and no hotkey. The locks do not
+    /// matter.
+    [[nodiscard]] bool isTold(std::uint32_t modifiers);
+
     /// Every modifier state that a person can bring about by holding just the keys of these event_flag bits,
     /// whichever of Caps, Num and Scroll Lock are on. Empty when no key stands for one of the flags. Of the
     /// flags only Shift, Control, Option and Command count.
@@ -32,6 +37,7 @@ private:
 
     class Reading;
 
+    void readIfUnknown();
     void read();
 
     XConnection* connection_;

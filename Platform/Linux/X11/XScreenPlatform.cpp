@@ -1,24 +1,12 @@
 #include "Platform/Linux/X11/XScreenPlatform.h"
 
-#include <algorithm>
-#include <array>
-#include <limits>
+#include "Platform/Linux/X11/XWindowGeometry.h"
+
 #include <string>
 
 namespace tarvex {
 
 namespace {
-
-constexpr std::uint32_t largestExtent = std::numeric_limits<std::int16_t>::max();
-
-// _NET_FRAME_EXTENTS and _GTK_FRAME_EXTENTS: left, right, top, bottom.
-std::array<int, 4> extentsOf(const XPropertyWords& property) {
-    std::array<int, 4> extents{};
-    for (std::size_t index = 0; index < extents.size() && property.words.size() >= extents.size(); ++index) {
-        extents[index] = static_cast<int>(std::min(property.words[index], largestExtent));
-    }
-    return extents;
-}
 
 std::string nameOf(const Monitor& monitor) {
     if (!monitor.edid.name.empty()) {
@@ -88,26 +76,8 @@ std::optional<PixelRect> XScreenPlatform::activeWindowFrame() {
     if (active.words.empty() || active.words.front() == XCB_WINDOW_NONE) {
         return std::nullopt;
     }
-    const xcb_window_t window = active.words.front();
-    const auto geometryCookie = xcb_get_geometry(connection_->get(), window);
-    const auto positionCookie =
-        xcb_translate_coordinates(connection_->get(), window, connection_->root(), 0, 0);
-    const auto decorationsCookie =
-        requestPropertyWords(*connection_, window, connection_->atom("_NET_FRAME_EXTENTS"));
-    const auto shadowCookie =
-        requestPropertyWords(*connection_, window, connection_->atom("_GTK_FRAME_EXTENTS"));
-    const auto geometry = connection_->take(xcb_get_geometry_reply, geometryCookie);
-    const auto position = connection_->take(xcb_translate_coordinates_reply, positionCookie);
-    const auto decorations = extentsOf(takePropertyWords(*connection_, decorationsCookie));
-    const auto shadow = extentsOf(takePropertyWords(*connection_, shadowCookie));
-    if (!geometry || !position) {
-        return std::nullopt;
-    }
-    const auto [left, right, top, bottom] =
-        std::array{decorations[0] - shadow[0], decorations[1] - shadow[1], decorations[2] - shadow[2],
-                   decorations[3] - shadow[3]};
-    return PixelRect{position->dst_x - left, position->dst_y - top, geometry->width + left + right,
-                     geometry->height + top + bottom};
+    const XWindowGeometry geometry = XWindowGeometryRequest(*connection_, active.words.front()).take();
+    return geometry.error == 0 ? std::optional(geometry.visibleFrame()) : std::nullopt;
 }
 
 } // namespace tarvex

@@ -1,19 +1,18 @@
 #include "Platform/Linux/X11/XWindowActivation.h"
 
 #include "Platform/Linux/X11/EventMask.h"
-
-#include <algorithm>
+#include "Platform/Linux/X11/WindowManagerProtocol.h"
+#include "Platform/Linux/X11/XAtoms.h"
 
 namespace tarvex {
 
 namespace {
 
-// Values of the window manager specification and of ICCCM.
-constexpr std::uint32_t sourcePager = 2;
-constexpr std::uint32_t stateRemove = 0;
+using window_manager::sourcePager;
+using window_manager::stateRemove;
+
+/// Of _NET_WM_DESKTOP.
 constexpr std::uint32_t allDesktops = 0xFFFFFFFF;
-constexpr std::uint32_t withdrawnState = 0;
-constexpr std::uint32_t iconicState = 3;
 
 constexpr std::uint32_t wantedEvents = XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
 
@@ -30,17 +29,14 @@ XWindowActivation::XWindowActivation(XConnection& connection, XEventPump& pump)
 }
 
 XWindowActivation::Atoms XWindowActivation::internAtoms(XConnection& connection) {
-    connection.internAtoms({"_NET_ACTIVE_WINDOW", "_NET_WM_USER_TIME", "WM_STATE", "_NET_WM_STATE",
-                            "_NET_WM_STATE_SHADED", "_NET_WM_DESKTOP", "_NET_CURRENT_DESKTOP",
-                            "_TARVEX_SERVER_TIME"});
-    return {.activeWindow = connection.atom("_NET_ACTIVE_WINDOW"),
-            .userTime = connection.atom("_NET_WM_USER_TIME"),
-            .managedState = connection.atom("WM_STATE"),
-            .state = connection.atom("_NET_WM_STATE"),
-            .shaded = connection.atom("_NET_WM_STATE_SHADED"),
-            .desktop = connection.atom("_NET_WM_DESKTOP"),
-            .currentDesktop = connection.atom("_NET_CURRENT_DESKTOP"),
-            .serverTime = connection.atom("_TARVEX_SERVER_TIME")};
+    return makeAtoms<Atoms>(connection, {{&Atoms::activeWindow, "_NET_ACTIVE_WINDOW"},
+                                         {&Atoms::userTime, "_NET_WM_USER_TIME"},
+                                         {&Atoms::managedState, "WM_STATE"},
+                                         {&Atoms::state, "_NET_WM_STATE"},
+                                         {&Atoms::shaded, "_NET_WM_STATE_SHADED"},
+                                         {&Atoms::desktop, "_NET_WM_DESKTOP"},
+                                         {&Atoms::currentDesktop, "_NET_CURRENT_DESKTOP"},
+                                         {&Atoms::serverTime, "_TARVEX_SERVER_TIME"}});
 }
 
 void XWindowActivation::activate(xcb_window_t window) {
@@ -119,10 +115,10 @@ XWindowActivation::Situation XWindowActivation::read() {
     Situation situation;
     situation.exists = static_cast<bool>(attributes);
     situation.isViewable = attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
-    situation.hasManager = root && (root->all_event_masks & XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT) != 0;
-    situation.isManaged = !managed.empty() && managed.front() != withdrawnState;
-    situation.isIconic = !managed.empty() && managed.front() == iconicState;
-    situation.isShaded = std::find(states.begin(), states.end(), atoms_.shaded) != states.end();
+    situation.hasManager = hasWindowManager(root);
+    situation.isManaged = isManaged(managed);
+    situation.isIconic = isIconic(managed);
+    situation.isShaded = isAmong(states, atoms_.shaded);
     situation.desktop = takePropertyWords(*connection_, desktopCookie).words;
     situation.currentDesktop = takePropertyWords(*connection_, currentCookie).words;
     return situation;
@@ -133,12 +129,12 @@ void XWindowActivation::askManager(const Situation& situation) {
     if (!situation.desktop.empty() && !situation.currentDesktop.empty() &&
         situation.desktop.front() != allDesktops &&
         situation.desktop.front() != situation.currentDesktop.front()) {
-        send(atoms_.desktop, situation.currentDesktop.front(), sourcePager, 0, 0);
+        send(atoms_.desktop, {situation.currentDesktop.front(), sourcePager});
     }
     if (situation.isShaded) {
-        send(atoms_.state, stateRemove, atoms_.shaded, XCB_ATOM_NONE, sourcePager);
+        send(atoms_.state, {stateRemove, atoms_.shaded, XCB_ATOM_NONE, sourcePager});
     }
-    send(atoms_.activeWindow, sourcePager, time_, XCB_WINDOW_NONE, 0);
+    send(atoms_.activeWindow, {sourcePager, time_, XCB_WINDOW_NONE});
 }
 
 void XWindowActivation::takeFocus() {
@@ -149,21 +145,8 @@ void XWindowActivation::takeFocus() {
         xcb_set_input_focus_checked(connection_->get(), XCB_INPUT_FOCUS_POINTER_ROOT, window_, time_));
 }
 
-void XWindowActivation::send(xcb_atom_t type, std::uint32_t first, std::uint32_t second, std::uint32_t third,
-                             std::uint32_t fourth) {
-    xcb_client_message_event_t message{};
-    message.response_type = XCB_CLIENT_MESSAGE;
-    message.format = 32;
-    message.window = window_;
-    message.type = type;
-    message.data.data32[0] = first;
-    message.data.data32[1] = second;
-    message.data.data32[2] = third;
-    message.data.data32[3] = fourth;
-    connection_->discard(
-        xcb_send_event_checked(connection_->get(), 0, connection_->root(),
-                               XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
-                               reinterpret_cast<const char*>(&message)));
+void XWindowActivation::send(xcb_atom_t type, const std::array<std::uint32_t, 5>& data) {
+    sendToWindowManager(*connection_, window_, type, data);
 }
 
 } // namespace tarvex

@@ -3,6 +3,7 @@
 #include "Platform/Linux/X11/XConnection.h"
 #include "Platform/Linux/X11/XEventPump.h"
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <vector>
@@ -49,7 +50,6 @@ private:
         bool exists = false;
         bool isViewable = false;
         bool hasManager = false;
-        /// Not ICCCM's WithdrawnState.
         bool isManaged = false;
         bool isIconic = false;
         bool isShaded = false;
@@ -65,8 +65,7 @@ private:
     [[nodiscard]] Situation read();
     void askManager(const Situation& situation);
     void takeFocus();
-    void send(xcb_atom_t type, std::uint32_t first, std::uint32_t second, std::uint32_t third,
-              std::uint32_t fourth);
+    void send(xcb_atom_t type, const std::array<std::uint32_t, 5>& data);
 
     XConnection* connection_;
     Atoms atoms_;

@@ -1,6 +1,7 @@
 #include "Platform/Linux/X11/XWindowBorders.h"
 
 #include "Platform/Linux/X11/EventMask.h"
+#include "Platform/Linux/X11/WindowManagerProtocol.h"
 
 #include <algorithm>
 #include <utility>
@@ -33,11 +34,11 @@ XWindowBorders::XWindowBorders(XConnection& connection, XEventPump& pump, xcb_wi
     request();
 }
 
-XBorders XWindowBorders::read() {
+std::optional<XBorders> XWindowBorders::read() {
     const std::vector<std::uint32_t> words = readPropertyWords(*connection_, window_, extents_).words;
     if (words.size() >= 4) {
-        last_ = {widthOf(words[0]), widthOf(words[1]), widthOf(words[2]), widthOf(words[3])};
-    } else if (last_ == XBorders{}) {
+        last_ = XBorders{widthOf(words[0]), widthOf(words[1]), widthOf(words[2]), widthOf(words[3])};
+    } else if (!last_) {
         // There may have been no window manager yet when the window was made.
         request();
     }
@@ -45,15 +46,7 @@ XBorders XWindowBorders::read() {
 }
 
 void XWindowBorders::request() {
-    xcb_client_message_event_t message{};
-    message.response_type = XCB_CLIENT_MESSAGE;
-    message.format = 32;
-    message.window = window_;
-    message.type = connection_->atom("_NET_REQUEST_FRAME_EXTENTS");
-    connection_->discard(
-        xcb_send_event_checked(connection_->get(), 0, connection_->root(),
-                               XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
-                               reinterpret_cast<const char*>(&message)));
+    sendToWindowManager(*connection_, window_, connection_->atom("_NET_REQUEST_FRAME_EXTENTS"), {});
     connection_->flush();
 }
 

@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace tarvex {
 
@@ -25,16 +26,17 @@ public:
     XWindowBorders& operator=(XWindowBorders&&) = delete;
     ~XWindowBorders() = default;
 
-    /// In pixels; none at all until a window manager has told. Waits for the server.
-    [[nodiscard]] XBorders read();
+    /// In pixels; none until a window manager has told. Waits for the server.
+    [[nodiscard]] std::optional<XBorders> read();
 
-private:
+    /// Asks the window manager again.
     void request();
 
+private:
     XConnection* connection_;
     xcb_window_t window_;
     xcb_atom_t extents_;
-    XBorders last_;
+    std::optional<XBorders> last_;
     std::unique_ptr<XEventPump::Subscription> subscription_;
 };
 

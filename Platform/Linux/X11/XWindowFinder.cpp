@@ -1,5 +1,10 @@
 #include "Platform/Linux/X11/XWindowFinder.h"
 
+#include "Platform/Linux/X11/WindowManagerProtocol.h"
+#include "Platform/Linux/X11/XAtoms.h"
+
+#include <xcb/shape.h>
+
 #include <algorithm>
 #include <array>
 #include <limits>
@@ -45,15 +50,23 @@ std::vector<xcb_atom_t> atomsOf(XConnection& connection, const std::array<std::s
     return atoms;
 }
 
-bool isAmong(const std::vector<xcb_atom_t>& atoms, xcb_atom_t atom) {
-    return std::find(atoms.begin(), atoms.end(), atom) != atoms.end();
+/// Whether the window's input shape has the pixel, which is counted from its top-left corner.
+bool takesPointer(XConnection& connection, xcb_window_t window, int x, int y) {
+    const auto shape =
+        connection.take(xcb_shape_get_rectangles_reply,
+                        xcb_shape_get_rectangles(connection.get(), window, XCB_SHAPE_SK_INPUT));
+    if (!shape) {
+        return false;
+    }
+    const xcb_rectangle_t* const first = xcb_shape_get_rectangles_rectangles(shape.get());
+    return std::any_of(first, first + xcb_shape_get_rectangles_rectangles_length(shape.get()),
+                       [=](const xcb_rectangle_t& rect) {
+                           return x >= rect.x && y >= rect.y && x < rect.x + rect.width &&
+                                  y < rect.y + rect.height;
+                       });
 }
 
 } // namespace
-
-XClientResources::XClientResources(xcb_connection_t* connection)
-    : base_(xcb_get_setup(connection)->resource_id_base),
-      mask_(xcb_get_setup(connection)->resource_id_mask) {}
 
 XWindowFinder::XWindowFinder(XConnection& connection, std::vector<XClientResources> ownClients)
     : connection_(&connection), ownClients_(std::move(ownClients)) {
@@ -85,15 +98,57 @@ XWindowFinder::Path XWindowFinder::descendTo(int x, int y) {
         if (!reply) {
             return {reply.error, {}};
         }
-        if (reply->child == XCB_WINDOW_NONE) {
+        const xcb_window_t child = depth == 0 ? behindShield(reply->child, x, y) : reply->child;
+        if (child == XCB_WINDOW_NONE) {
             break;
         }
-        if (isOwn(reply->child)) {
+        if (isOwn(child)) {
             return {};
         }
-        path.windows.push_back(reply->child);
+        path.windows.push_back(child);
     }
     return path;
+}
+
+xcb_window_t XWindowFinder::behindShield(xcb_window_t child, int x, int y) {
+    if (child == XCB_WINDOW_NONE || isOwn(child) || !isShield(child)) {
+        return child;
+    }
+    std::vector<xcb_window_t> windows = childrenOf({connection_->root()});
+    // They come from the bottom up.
+    windows.erase(std::find(windows.begin(), windows.end(), child), windows.end());
+    const bool hasShapes = connection_->extension(xcb_shape_id) != nullptr;
+    for (auto window = windows.rbegin(); window != windows.rend(); ++window) {
+        xcb_connection_t* const server = connection_->get();
+        const auto attributesCookie = xcb_get_window_attributes(server, *window);
+        const auto geometryCookie = xcb_get_geometry(server, *window);
+        const auto attributes = connection_->take(xcb_get_window_attributes_reply, attributesCookie);
+        const auto geometry = connection_->take(xcb_get_geometry_reply, geometryCookie);
+        if (!attributes || !geometry || attributes->map_state != XCB_MAP_STATE_VIEWABLE ||
+            attributes->_class != XCB_WINDOW_CLASS_INPUT_OUTPUT) {
+            continue;
+        }
+        const int left = x - geometry->x - geometry->border_width;
+        const int top = y - geometry->y - geometry->border_width;
+        if (left < 0 || top < 0 || left >= geometry->width || top >= geometry->height) {
+            continue;
+        }
+        if (!hasShapes || takesPointer(*connection_, *window, left, top)) {
+            return *window;
+        }
+    }
+    return XCB_WINDOW_NONE;
+}
+
+bool XWindowFinder::isShield(xcb_window_t child) {
+    const auto attributesCookie = xcb_get_window_attributes(connection_->get(), child);
+    const auto geometryCookie = xcb_get_geometry(connection_->get(), child);
+    const auto attributes = connection_->take(xcb_get_window_attributes_reply, attributesCookie);
+    const auto geometry = connection_->take(xcb_get_geometry_reply, geometryCookie);
+    // Smaller ones are parts of windows, such as the borders that they are resized by.
+    return attributes && geometry && attributes->_class == XCB_WINDOW_CLASS_INPUT_ONLY && geometry->x <= 0 &&
+           geometry->y <= 0 && geometry->x + geometry->width >= connection_->screen().width_in_pixels &&
+           geometry->y + geometry->height >= connection_->screen().height_in_pixels;
 }
 
 XWindowFinder::Result XWindowFinder::managedWindowOf(xcb_window_t window) {
@@ -106,7 +161,7 @@ XWindowFinder::Result XWindowFinder::managedWindowOf(xcb_window_t window) {
         if (!tree || state.error != 0) {
             return {tree ? state.error : tree.error};
         }
-        if (isManaged(state)) {
+        if (isManaged(state.words)) {
             return acceptIfMovable(window);
         }
         if (tree->parent == root) {
@@ -139,11 +194,6 @@ bool XWindowFinder::isOwn(xcb_window_t window) const {
                        [=](const XClientResources& client) { return client.contains(window); });
 }
 
-bool XWindowFinder::isManaged(const XPropertyWords& windowState) const {
-    constexpr std::uint32_t withdrawn = 0;
-    return !windowState.words.empty() && windowState.words.front() != withdrawn;
-}
-
 xcb_window_t XWindowFinder::managedWindowBelow(xcb_window_t frame) {
     xcb_window_t hidden = XCB_WINDOW_NONE;
     std::vector<xcb_window_t> level{frame};
@@ -159,7 +209,7 @@ xcb_window_t XWindowFinder::managedWindowBelow(xcb_window_t frame) {
         for (std::size_t index = 0; index < level.size(); ++index) {
             const auto attributes = connection_->take(xcb_get_window_attributes_reply, cookies[index].first);
             const XPropertyWords state = takePropertyWords(*connection_, cookies[index].second);
-            if (!attributes || !isManaged(state)) {
+            if (!attributes || !isManaged(state.words)) {
                 continue;
             }
             // Children come from the bottom up: the last one found is the one that the user sees.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Linux/X11/XClientResources.h"
 #include "Platform/Linux/X11/XConnection.h"
 
 #include <cstdint>
@@ -7,18 +8,6 @@
 #include <vector>
 
 namespace tarvex {
-
-/// The numbers that the server gave one client for its windows.
-class XClientResources {
-public:
-    explicit XClientResources(xcb_connection_t* connection);
-
-    [[nodiscard]] bool contains(xcb_window_t window) const { return (window & ~mask_) == base_; }
-
-private:
-    std::uint32_t base_;
-    std::uint32_t mask_;
-};
 
 /// Finds windows in the server's window tree. Asks the server only, never the window's owner.
 class XWindowFinder {
@@ -42,8 +31,9 @@ public:
     XWindowFinder(XConnection& connection, std::vector<XClientResources> ownClients);
 
     /// The deepest window at a pixel of the root window; the root itself where there is no other. None over a
-    /// window of this program, unless its input shape lets the pointer through. Looks again when a window
-    /// closes meanwhile; an error when that does not end.
+    /// window of this program, unless its input shape lets the pointer through. The shield that a window
+    /// manager may lay over the whole screen while it moves a window is passed over. Looks again when a
+    /// window closes meanwhile; an error when that does not end.
     [[nodiscard]] Path deepestWindowAt(int x, int y);
 
     /// The window that the window manager manages and that the given one is part of, be it the window itself,
@@ -61,8 +51,10 @@ public:
 private:
     /// The error is that of a window that has closed on the way.
     [[nodiscard]] Path descendTo(int x, int y);
+    /// The child of the root window itself, or, if it is a shield, what the user sees below it at the pixel.
+    [[nodiscard]] xcb_window_t behindShield(xcb_window_t child, int x, int y);
+    [[nodiscard]] bool isShield(xcb_window_t child);
     [[nodiscard]] bool isOwn(xcb_window_t window) const;
-    [[nodiscard]] bool isManaged(const XPropertyWords& windowState) const;
     [[nodiscard]] xcb_window_t managedWindowBelow(xcb_window_t frame);
     [[nodiscard]] std::vector<xcb_window_t> childrenOf(const std::vector<xcb_window_t>& windows);
     [[nodiscard]] Result acceptIfMovable(xcb_window_t window);

@@ -24,6 +24,11 @@ std::optional<XBorders> bordersOf(const XPropertyWords& property) {
     return XBorders{width(0), width(1), width(2), width(3)};
 }
 
+XBorders bordersBetween(const PixelRect& frame, const PixelRect& client) {
+    return {client.x - frame.x, frame.right() - client.right(), client.y - frame.y,
+            frame.bottom() - client.bottom()};
+}
+
 } // namespace
 
 PixelRect XWindowGeometry::visibleFrame() const {
@@ -31,7 +36,7 @@ PixelRect XWindowGeometry::visibleFrame() const {
     const int top = client.y - decoration.top + invisible.top;
     const int right = client.right() + decoration.right - invisible.right;
     const int bottom = client.bottom() + decoration.bottom - invisible.bottom;
-    return {left, top, right - left, bottom - top};
+    return {left, top, right - left, bottom - top - rolledUp};
 }
 
 int XWindowGeometry::clientWidthFor(int visibleWidth) const {
@@ -49,7 +54,8 @@ XWindowGeometryRequest::XWindowGeometryRequest(XConnection& connection, xcb_wind
       geometry_(xcb_get_geometry(connection.get(), window)),
       tree_(xcb_query_tree(connection.get(), window)),
       decoration_(requestPropertyWords(connection, window, connection.atom("_NET_FRAME_EXTENTS"))),
-      invisible_(requestPropertyWords(connection, window, connection.atom("_GTK_FRAME_EXTENTS"))) {}
+      invisible_(requestPropertyWords(connection, window, connection.atom("_GTK_FRAME_EXTENTS"))),
+      states_(requestPropertyWords(connection, window, connection.atom("_NET_WM_STATE"))) {}
 
 XWindowGeometry XWindowGeometryRequest::take() {
     const auto origin = connection_->take(xcb_translate_coordinates_reply, origin_);
@@ -57,6 +63,7 @@ XWindowGeometry XWindowGeometryRequest::take() {
     const auto tree = connection_->take(xcb_query_tree_reply, tree_);
     const XPropertyWords decoration = takePropertyWords(*connection_, decoration_);
     const XPropertyWords invisible = takePropertyWords(*connection_, invisible_);
+    const XPropertyWords states = takePropertyWords(*connection_, states_);
     XWindowGeometry result;
     if (!origin || !geometry || !tree) {
         // A missing window is an error of another name for the request that takes pixmaps, too.
@@ -64,35 +71,43 @@ XWindowGeometry XWindowGeometryRequest::take() {
         return result;
     }
     result.client = {origin->dst_x, origin->dst_y, geometry->width, geometry->height};
+    result.parent = tree->parent;
     result.invisible = bordersOf(invisible).value_or(XBorders{});
+    result.states = sizeStatesOf(*connection_, states.words);
     const std::optional<XBorders> announced = bordersOf(decoration);
-    result.decoration =
-        announced ? *announced : measureDecoration(result.client, geometry->border_width, tree->parent);
+    const std::optional<PixelRect> frame =
+        announced && !result.states.shaded ? std::nullopt : measureFrame(tree->parent);
+    const int border = geometry->border_width;
+    result.decoration = announced ? *announced
+                        : frame   ? bordersBetween(*frame, result.client)
+                                  : XBorders{border, border, border, border};
+    if (frame && result.states.shaded) {
+        // Window managers roll up the frame and leave the client as large as it was.
+        result.rolledUp = std::max(0, result.visibleFrame().bottom() - frame->bottom());
+    }
     return result;
 }
 
-XBorders XWindowGeometryRequest::measureDecoration(const PixelRect& client, int border,
-                                                   xcb_window_t parent) const {
+std::optional<PixelRect> XWindowGeometryRequest::measureFrame(xcb_window_t parent) const {
     xcb_window_t frame = window_;
     for (int depth = 0; depth < maxDepth && parent != connection_->root(); ++depth) {
         frame = parent;
         const auto tree = connection_->take(xcb_query_tree_reply, xcb_query_tree(connection_->get(), frame));
         if (!tree) {
-            return {border, border, border, border};
+            return std::nullopt;
         }
         parent = tree->parent;
     }
     if (frame == window_) {
-        return {border, border, border, border};
+        return std::nullopt;
     }
     const auto geometry =
         connection_->take(xcb_get_geometry_reply, xcb_get_geometry(connection_->get(), frame));
     if (!geometry) {
-        return {border, border, border, border};
+        return std::nullopt;
     }
-    const int right = geometry->x + geometry->width + 2 * geometry->border_width;
-    const int bottom = geometry->y + geometry->height + 2 * geometry->border_width;
-    return {client.x - geometry->x, right - client.right(), client.y - geometry->y, bottom - client.bottom()};
+    return PixelRect{geometry->x, geometry->y, geometry->width + 2 * geometry->border_width,
+                     geometry->height + 2 * geometry->border_width};
 }
 
 } // namespace tarvex

@@ -2,9 +2,10 @@
 
 #include "Platform/Linux/X11/DesktopLayout.h"
 #include "Platform/Linux/X11/XConnection.h"
+#include "Platform/Linux/X11/XSizeStates.h"
 
 #include <cstdint>
-#include <vector>
+#include <optional>
 
 namespace tarvex {
 
@@ -27,6 +28,11 @@ struct XWindowGeometry {
     PixelRect client;
     XBorders decoration;
     XBorders invisible;
+    XSizeStates states;
+    /// How much of the client's height is out of sight because the window is rolled up.
+    int rolledUp = 0;
+    /// What the client is in: the window manager's frame as a rule, else the root window.
+    xcb_window_t parent = XCB_WINDOW_NONE;
 
     /// What the user sees, on the root window.
     [[nodiscard]] PixelRect visibleFrame() const;
@@ -46,7 +52,8 @@ public:
     [[nodiscard]] XWindowGeometry take();
 
 private:
-    [[nodiscard]] XBorders measureDecoration(const PixelRect& client, int border, xcb_window_t parent) const;
+    /// The outermost window around the client; none when that is the client itself.
+    [[nodiscard]] std::optional<PixelRect> measureFrame(xcb_window_t parent) const;
 
     XConnection* connection_;
     xcb_window_t window_;
@@ -55,6 +62,7 @@ private:
     xcb_query_tree_cookie_t tree_;
     xcb_get_property_cookie_t decoration_;
     xcb_get_property_cookie_t invisible_;
+    xcb_get_property_cookie_t states_;
 };
 
 } // namespace tarvex

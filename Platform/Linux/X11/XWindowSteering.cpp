@@ -1,21 +1,21 @@
 #include "Platform/Linux/X11/XWindowSteering.h"
 
-#include <algorithm>
+#include "Platform/Linux/X11/WindowManagerProtocol.h"
+#include "Platform/Linux/X11/XAtoms.h"
 
 namespace tarvex {
 
 namespace {
 
-// Values of the window manager specification.
-constexpr std::uint32_t sourcePager = 2;
-constexpr std::uint32_t stateRemove = 0;
+using window_manager::sourcePager;
+using window_manager::stateAdd;
+using window_manager::stateRemove;
+
+// Of _NET_WM_MOVERESIZE and of _NET_MOVERESIZE_WINDOW.
+constexpr std::uint32_t moveStart = 8;
 constexpr std::uint32_t moveCancel = 11;
 constexpr unsigned firstValueBit = 8;
 constexpr unsigned sourceShift = 12;
-
-bool isAmong(const std::vector<std::uint32_t>& atoms, xcb_atom_t atom) {
-    return std::find(atoms.begin(), atoms.end(), atom) != atoms.end();
-}
 
 } // namespace
 
@@ -23,54 +23,36 @@ XWindowSteering::XWindowSteering(XConnection& connection)
     : connection_(&connection), atoms_(internAtoms(connection)) {}
 
 XWindowSteering::Atoms XWindowSteering::internAtoms(XConnection& connection) {
-    connection.internAtoms({"_NET_MOVERESIZE_WINDOW", "_NET_WM_MOVERESIZE", "_NET_SUPPORTED", "_NET_WM_STATE",
-                            "_NET_WM_STATE_MAXIMIZED_VERT", "_NET_WM_STATE_MAXIMIZED_HORZ",
-                            "_NET_WM_STATE_FULLSCREEN", "_NET_WM_STATE_SHADED", "_NET_FRAME_EXTENTS",
-                            "_GTK_FRAME_EXTENTS"});
-    return {.moveResize = connection.atom("_NET_MOVERESIZE_WINDOW"),
-            .interactiveMove = connection.atom("_NET_WM_MOVERESIZE"),
-            .supported = connection.atom("_NET_SUPPORTED"),
-            .state = connection.atom("_NET_WM_STATE"),
-            .maximizedVertically = connection.atom("_NET_WM_STATE_MAXIMIZED_VERT"),
-            .maximizedHorizontally = connection.atom("_NET_WM_STATE_MAXIMIZED_HORZ"),
-            .fullScreen = connection.atom("_NET_WM_STATE_FULLSCREEN"),
-            .shaded = connection.atom("_NET_WM_STATE_SHADED"),
-            .decoration = connection.atom("_NET_FRAME_EXTENTS"),
-            .invisible = connection.atom("_GTK_FRAME_EXTENTS")};
+    return makeAtoms<Atoms>(connection, {{&Atoms::moveResize, "_NET_MOVERESIZE_WINDOW"},
+                                         {&Atoms::interactiveMove, "_NET_WM_MOVERESIZE"},
+                                         {&Atoms::supported, "_NET_SUPPORTED"},
+                                         {&Atoms::state, "_NET_WM_STATE"},
+                                         {&Atoms::maximizedVertically, "_NET_WM_STATE_MAXIMIZED_VERT"},
+                                         {&Atoms::maximizedHorizontally, "_NET_WM_STATE_MAXIMIZED_HORZ"},
+                                         {&Atoms::fullScreen, "_NET_WM_STATE_FULLSCREEN"},
+                                         {&Atoms::shaded, "_NET_WM_STATE_SHADED"},
+                                         {&Atoms::decoration, "_NET_FRAME_EXTENTS"},
+                                         {&Atoms::invisible, "_GTK_FRAME_EXTENTS"}});
 }
 
 XWindowSituation XWindowSteering::read(xcb_window_t window) {
     xcb_connection_t* const server = connection_->get();
     XWindowGeometryRequest geometry(*connection_, window);
-    const auto stateCookie = requestPropertyWords(*connection_, window, atoms_.state);
     const auto supportedCookie = requestPropertyWords(*connection_, connection_->root(), atoms_.supported);
     const auto rootCookie = xcb_get_window_attributes(server, connection_->root());
     const auto pointerCookie = xcb_query_pointer(server, connection_->root());
 
     XWindowSituation situation;
     situation.geometry = geometry.take();
-    situation.states = takePropertyWords(*connection_, stateCookie).words;
     const XPropertyWords supported = takePropertyWords(*connection_, supportedCookie);
     const auto root = connection_->take(xcb_get_window_attributes_reply, rootCookie);
     const auto pointer = connection_->take(xcb_query_pointer_reply, pointerCookie);
 
-    // A window manager leaves its properties behind when it dies, but not the redirection, which is its
-    // office.
-    situation.hasManager = root && (root->all_event_masks & XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT) != 0;
+    situation.hasManager = hasWindowManager(root);
     situation.managerPlacesWindows = situation.hasManager && isAmong(supported.words, atoms_.moveResize);
     situation.managerCancelsMoves = situation.hasManager && isAmong(supported.words, atoms_.interactiveMove);
     situation.isButtonDown = pointer && (pointer->mask & XCB_KEY_BUT_MASK_BUTTON_1) != 0;
     return situation;
-}
-
-bool XWindowSteering::isMaximized(const XWindowSituation& situation) const {
-    return isAmong(situation.states, atoms_.maximizedVertically) ||
-           isAmong(situation.states, atoms_.maximizedHorizontally);
-}
-
-bool XWindowSteering::isSizedByManager(const XWindowSituation& situation) const {
-    return isMaximized(situation) || isAmong(situation.states, atoms_.fullScreen) ||
-           isAmong(situation.states, atoms_.shaded);
 }
 
 bool XWindowSteering::isBorderProperty(xcb_atom_t property) const {
@@ -79,26 +61,82 @@ bool XWindowSteering::isBorderProperty(xcb_atom_t property) const {
 
 void XWindowSteering::cancelInteractiveMove(xcb_window_t window, const XWindowSituation& situation) {
     if (situation.isButtonDown && situation.managerCancelsMoves) {
-        send(window, atoms_.interactiveMove, {0, 0, moveCancel, XCB_BUTTON_INDEX_1, sourcePager});
+        sendToWindowManager(*connection_, window, atoms_.interactiveMove,
+                            {0, 0, moveCancel, XCB_BUTTON_INDEX_1, sourcePager});
+    }
+}
+
+void XWindowSteering::removeStates(xcb_window_t window, const XWindowSituation& situation,
+                                   const XSizeStates& states) {
+    changeStates(stateRemove, window, situation, states);
+}
+
+void XWindowSteering::addStates(xcb_window_t window, const XWindowSituation& situation,
+                                const XSizeStates& states) {
+    changeStates(stateAdd, window, situation, states);
+}
+
+void XWindowSteering::changeStates(std::uint32_t change, xcb_window_t window,
+                                   const XWindowSituation& situation, const XSizeStates& states) {
+    if (!situation.hasManager) {
+        return;
+    }
+    const auto send = [&](xcb_atom_t first, xcb_atom_t second) {
+        sendToWindowManager(*connection_, window, atoms_.state, {change, first, second, sourcePager, 0});
+    };
+    if (states.fullScreen) {
+        send(atoms_.fullScreen, XCB_ATOM_NONE);
+    }
+    if (states.maximizedVertically && states.maximizedHorizontally) {
+        send(atoms_.maximizedVertically, atoms_.maximizedHorizontally);
+    } else if (states.isMaximized()) {
+        send(states.maximizedVertically ? atoms_.maximizedVertically : atoms_.maximizedHorizontally,
+             XCB_ATOM_NONE);
+    }
+    if (states.shaded) {
+        send(atoms_.shaded, XCB_ATOM_NONE);
     }
 }
 
 void XWindowSteering::restore(xcb_window_t window, const XWindowSituation& situation) {
-    if (!situation.hasManager) {
+    XSizeStates states = situation.geometry.states;
+    // The other half may be on its way.
+    states.maximizedVertically = states.maximizedHorizontally = states.isMaximized();
+    removeStates(window, situation, states);
+}
+
+void XWindowSteering::untile(xcb_window_t window, const XWindowSituation& situation) {
+    const XSizeStates maximized{.maximizedVertically = true, .maximizedHorizontally = true};
+    addStates(window, situation, maximized);
+    removeStates(window, situation, maximized);
+}
+
+void XWindowSteering::shakeLoose(xcb_window_t window, const XWindowSituation& situation) {
+    if (!situation.managerCancelsMoves || situation.geometry.parent == connection_->root()) {
         return;
     }
-    const auto remove = [&](xcb_atom_t first, xcb_atom_t second) {
-        send(window, atoms_.state, {stateRemove, first, second, sourcePager, 0});
-    };
-    if (isAmong(situation.states, atoms_.fullScreen)) {
-        remove(atoms_.fullScreen, XCB_ATOM_NONE);
-    }
-    if (isMaximized(situation)) {
-        remove(atoms_.maximizedVertically, atoms_.maximizedHorizontally);
-    }
-    if (isAmong(situation.states, atoms_.shaded)) {
-        remove(atoms_.shaded, XCB_ATOM_NONE);
-    }
+    // Off any edge of the screen, or the step would tile the window again; and from so far away that it
+    // counts as one of a drag.
+    const PixelRect frame = situation.geometry.visibleFrame();
+    const int x = frame.x + frame.width / 2;
+    const int y = frame.y + frame.height / 2;
+    constexpr int distance = 1000;
+    const auto asWord = [](int value) { return static_cast<std::uint32_t>(value); };
+    sendToWindowManager(*connection_, window, atoms_.interactiveMove,
+                        {asWord(x + distance), asWord(y), moveStart, XCB_BUTTON_INDEX_1, sourcePager});
+    xcb_motion_notify_event_t step{};
+    step.response_type = XCB_MOTION_NOTIFY;
+    step.root = connection_->root();
+    step.event = situation.geometry.parent;
+    step.root_x = static_cast<std::int16_t>(x);
+    step.root_y = static_cast<std::int16_t>(y);
+    step.state = XCB_KEY_BUT_MASK_BUTTON_1;
+    step.same_screen = 1;
+    connection_->discard(xcb_send_event_checked(connection_->get(), 0, situation.geometry.parent,
+                                                XCB_EVENT_MASK_POINTER_MOTION,
+                                                reinterpret_cast<const char*>(&step)));
+    sendToWindowManager(*connection_, window, atoms_.interactiveMove,
+                        {0, 0, moveCancel, XCB_BUTTON_INDEX_1, sourcePager});
 }
 
 void XWindowSteering::place(xcb_window_t window, const XWindowSituation& situation,
@@ -106,12 +144,16 @@ void XWindowSteering::place(xcb_window_t window, const XWindowSituation& situati
     // With NorthWest gravity the position is that of the decoration's outer corner, the size the client's.
     const XWindowGeometry& geometry = situation.geometry;
     Values values;
-    if (target.x && target.y) {
+    if (target.x) {
         values[0] = *target.x - geometry.invisible.left;
+    }
+    if (target.y) {
         values[1] = *target.y - geometry.invisible.top;
     }
-    if (target.width && target.height) {
+    if (target.width) {
         values[2] = geometry.clientWidthFor(*target.width);
+    }
+    if (target.height) {
         values[3] = geometry.clientHeightFor(*target.height);
     }
     if (!situation.managerPlacesWindows) {
@@ -127,7 +169,7 @@ void XWindowSteering::place(xcb_window_t window, const XWindowSituation& situati
         }
         ++index;
     }
-    send(window, atoms_.moveResize, data);
+    sendToWindowManager(*connection_, window, atoms_.moveResize, data);
 }
 
 void XWindowSteering::configure(xcb_window_t window, const Values& values) {
@@ -143,19 +185,6 @@ void XWindowSteering::configure(xcb_window_t window, const Values& values) {
         bit = static_cast<std::uint16_t>(bit << 1);
     }
     connection_->discard(xcb_configure_window_checked(connection_->get(), window, mask, list.data()));
-}
-
-void XWindowSteering::send(xcb_window_t window, xcb_atom_t type, const std::array<std::uint32_t, 5>& data) {
-    xcb_client_message_event_t message{};
-    message.response_type = XCB_CLIENT_MESSAGE;
-    message.format = 32;
-    message.window = window;
-    message.type = type;
-    std::copy(data.begin(), data.end(), message.data.data32);
-    connection_->discard(
-        xcb_send_event_checked(connection_->get(), 0, connection_->root(),
-                               XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
-                               reinterpret_cast<const char*>(&message)));
 }
 
 } // namespace tarvex

@@ -6,7 +6,6 @@
 #include <array>
 #include <cstdint>
 #include <optional>
-#include <vector>
 
 namespace tarvex {
 
@@ -14,8 +13,6 @@ namespace tarvex {
 struct XWindowSituation {
     /// Its error says whether the rest means anything.
     XWindowGeometry geometry;
-    /// _NET_WM_STATE.
-    std::vector<std::uint32_t> states;
     bool hasManager = false;
     bool managerPlacesWindows = false;
     bool managerCancelsMoves = false;
@@ -40,11 +37,6 @@ public:
     /// Waits for the server, once as a rule.
     [[nodiscard]] XWindowSituation read(xcb_window_t window);
 
-    [[nodiscard]] bool isMaximized(const XWindowSituation& situation) const;
-
-    /// Whether the window is in one of the states in which the window manager gives it its size.
-    [[nodiscard]] bool isSizedByManager(const XWindowSituation& situation) const;
-
     /// Whether a change of this property may change how the frame is to be reached.
     [[nodiscard]] bool isBorderProperty(xcb_atom_t property) const;
 
@@ -54,8 +46,21 @@ public:
     /// pointer at the next motion or at the release. Nothing while the first button is up.
     void cancelInteractiveMove(xcb_window_t window, const XWindowSituation& situation);
 
+    /// Takes states away from a window, or gives it some.
+    void removeStates(xcb_window_t window, const XWindowSituation& situation, const XSizeStates& states);
+    void addStates(xcb_window_t window, const XWindowSituation& situation, const XSizeStates& states);
+
     /// Takes away the states in which a window keeps the size that the window manager gave it.
     void restore(xcb_window_t window, const XWindowSituation& situation);
+
+    /// Frees a window from a tile that shows in no state: kwin keeps such a window where it is, and xfwm4
+    /// puts it back there when a panel comes or goes. Both forget the tile when the window is maximised.
+    void untile(xcb_window_t window, const XWindowSituation& situation);
+
+    /// The same for metacity and its descendants, where a tiled window is maximised vertically and stays so
+    /// when the state is taken away. They let go of it only when somebody drags it off, so one step of such a
+    /// drag is played to them, then called off.
+    void shakeLoose(xcb_window_t window, const XWindowSituation& situation);
 
     /// Puts the visible frame there, by one message, or directly where no window manager takes such messages.
     void place(xcb_window_t window, const XWindowSituation& situation, const XWindowTarget& target);
@@ -78,8 +83,9 @@ private:
     using Values = std::array<std::optional<int>, 4>;
 
     [[nodiscard]] static Atoms internAtoms(XConnection& connection);
+    void changeStates(std::uint32_t change, xcb_window_t window, const XWindowSituation& situation,
+                      const XSizeStates& states);
     void configure(xcb_window_t window, const Values& values);
-    void send(xcb_window_t window, xcb_atom_t type, const std::array<std::uint32_t, 5>& data);
 
     XConnection* connection_;
     Atoms atoms_;

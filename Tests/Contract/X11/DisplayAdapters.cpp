@@ -1,55 +1,19 @@
 #include "Tests/Contract/X11/DisplayAdapters.h"
 
-#include <poll.h>
 #include <sstream>
-#include <stdexcept>
 
 namespace tarvex {
 
-namespace {
-
-std::unique_ptr<XConnection> openOrThrow(const std::string& displayName) {
-    auto connection = XConnection::open(displayName);
-    if (!connection) {
-        throw std::runtime_error("cannot connect to " + displayName);
-    }
-    return connection;
-}
-
-} // namespace
-
 XDisplayAdapters::XDisplayAdapters(const std::string& displayName)
-    : connection(openOrThrow(displayName)),
-      pump(*connection),
+    : PumpedConnection(displayName),
       monitors(*connection, pump),
-      struts(*connection, pump),
+      struts(*connection, pump, [this] { return time.value_or(StrutTracker::Clock::now()); }),
       displays(*connection, monitors),
       screens(*connection, monitors, struts) {}
 
-bool XDisplayAdapters::waitUntil(const std::function<bool()>& condition) {
-    const test::Deadline deadline;
-    for (;;) {
-        pump.processPending();
-        if (condition()) {
-            return true;
-        }
-        if (deadline.hasPassed()) {
-            return false;
-        }
-        pollfd waited{pump.fileDescriptor(), POLLIN, 0};
-        poll(&waited, 1, deadline.pollTimeout(10));
-    }
-}
-
 void XDisplayAdapters::catchUp() {
-    static_cast<void>(connection->take(xcb_get_input_focus_reply, xcb_get_input_focus(connection->get())));
+    awaitServer();
     pump.processPending();
-}
-
-unsigned XDisplayAdapters::requestsDuring(const std::function<void()>& work) {
-    const unsigned before = xcb_no_operation(connection->get()).sequence;
-    work();
-    return xcb_no_operation(connection->get()).sequence - before - 1;
 }
 
 std::vector<Rect> XDisplayAdapters::frames() {

@@ -4,35 +4,30 @@
 #include "Platform/Linux/X11/StrutTracker.h"
 #include "Platform/Linux/X11/XDisplayPlatform.h"
 #include "Platform/Linux/X11/XScreenPlatform.h"
+#include "Tests/Contract/X11/PumpedConnection.h"
 #include "Tests/Support/X11/TestWindow.h"
 
-#include <functional>
-#include <memory>
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace tarvex {
 
 /// The display adapters on an X server.
-class XDisplayAdapters {
+class XDisplayAdapters : public contract::PumpedConnection {
 public:
     explicit XDisplayAdapters(const std::string& displayName);
 
-    /// Handles events until the condition holds; false when the patience ended first.
-    bool waitUntil(const std::function<bool()>& condition);
-
     /// Handles the events of everything that other clients had finished before.
     void catchUp();
-
-    /// How many requests the connection sends while the work is done.
-    [[nodiscard]] unsigned requestsDuring(const std::function<void()>& work);
 
     [[nodiscard]] std::vector<Rect> frames();
     [[nodiscard]] std::vector<Rect> visibleFrames();
     [[nodiscard]] std::vector<std::string> names();
 
-    std::unique_ptr<XConnection> connection;
-    XEventPump pump;
+    /// What the adapters take for the present; the real time while there is none.
+    std::optional<StrutTracker::Clock::time_point> time;
     MonitorTracker monitors;
     StrutTracker struts;
     XDisplayPlatform displays;

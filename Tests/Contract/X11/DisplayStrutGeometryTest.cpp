@@ -153,6 +153,37 @@ TEST(DisplayStrutGeometry, StrutsThatTogetherWouldLeaveNothingCountInOrder) {
               (Rects{{20, 400, 780, 200}, right}));
 }
 
+StrutPanel strip(const PixelRect& window) {
+    StrutPanel panel = panelAt(window);
+    panel.isLaidOut = true;
+    return panel;
+}
+
+TEST(DisplayStrutGeometry, StripTakesWhatItCovers) {
+    EXPECT_EQ(visibleAreas(root, both, {strip({0, 0, 800, 30})}), (Rects{{0, 30, 800, 570}, right}));
+    EXPECT_EQ(visibleAreas(root, both, {strip({800, 550, 640, 30})}), (Rects{left, {800, 100, 640, 450}}));
+    EXPECT_EQ(visibleAreas(root, both, {strip({0, 30, 800, 20}), strip({0, 0, 800, 30})}),
+              (Rects{{0, 50, 800, 550}, right}));
+}
+
+TEST(DisplayStrutGeometry, StrutOfAStripIsNotAsked) {
+    StrutPanel panel = strip({800, 550, 640, 30});
+    // Counted from the edge of the monitor, and from that of the root by somebody else.
+    panel.bottom = {30, 800, 1439};
+    panel.left = {900, 0, 699};
+    EXPECT_EQ(visibleAreas(root, both, {panel}), (Rects{left, {800, 100, 640, 450}}));
+}
+
+TEST(DisplayStrutGeometry, PanelThatIsLaidOutButNoStripGoesByItsStrut) {
+    StrutPanel panel = strip({0, 0, 799, 30});
+    EXPECT_EQ(visibleAreas(root, both, {panel}), both);
+    panel.top = {20, 0, 799};
+    EXPECT_EQ(visibleAreas(root, both, {panel}), (Rects{{0, 20, 800, 580}, right}));
+    panel.window = {0, 0, 800, 30};
+    panel.isLaidOut = false;
+    EXPECT_EQ(visibleAreas(root, both, {panel}), (Rects{{0, 20, 800, 580}, right}));
+}
+
 PixelRect randomRect(RandomSource& random, const PixelRect& within) {
     return {random.integer(within.x - 50, within.right()), random.integer(within.y - 50, within.bottom()),
             random.integer(1, within.width), random.integer(1, within.height)};
@@ -172,8 +203,12 @@ TEST(DisplayStrutGeometry, SomethingOfEveryMonitorAlwaysStaysVisible) {
         const Rects monitors{randomRect(random, root), randomRect(random, root)};
         std::vector<StrutPanel> panels(random.integer(std::size_t{1}, std::size_t{5}));
         for (StrutPanel& panel : panels) {
-            panel = {randomRect(random, root), randomEdge(random), randomEdge(random), randomEdge(random),
-                     randomEdge(random)};
+            panel = {randomRect(random, root), randomEdge(random), randomEdge(random),
+                     randomEdge(random),       randomEdge(random), random.coin()};
+            if (panel.isLaidOut && random.coin()) {
+                panel.window.x = monitors.front().x;
+                panel.window.width = monitors.front().width;
+            }
         }
         const Rects areas = visibleAreas(root, monitors, panels);
         ASSERT_EQ(areas.size(), monitors.size());

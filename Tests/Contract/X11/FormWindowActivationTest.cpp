@@ -1,4 +1,5 @@
 #include "Tests/Contract/X11/FormWindowFixture.h"
+#include "Tests/Contract/X11/MessageWitness.h"
 
 #include <array>
 
@@ -90,6 +91,7 @@ TEST_P(FormWindowActivation, IconifiedWindowIsNotVisibleAndUnfolds) {
     ask("WM_CHANGE_STATE", {iconicState, 0, 0, 0, 0});
     ASSERT_TRUE(waitUntil([&] { return !window_->isVisible(); }));
     show();
+    EXPECT_EQ(owner_.closings, 0) << "iconified is not closed";
     EXPECT_TRUE(waitUntil([&] { return window_->isVisible(); }));
     EXPECT_TRUE(desktop_->client.isViewable(desktop_->native("Window")));
 }
@@ -97,12 +99,17 @@ TEST_P(FormWindowActivation, IconifiedWindowIsNotVisibleAndUnfolds) {
 TEST_P(FormWindowActivation, WishEndsWithTheWindowsClosing) {
     start(GetParam());
     desktop_->useOther();
+    MessageWitness wishes(desktop_->server.displayName(), "_NET_ACTIVE_WINDOW");
     call();
     window_->close();
     desktop_->settle();
     EXPECT_FALSE(window_->isVisible());
     EXPECT_FALSE(desktop_->hasKeyboard("Window"));
-    desktop_->useOther();
+    // Shown by nobody who wishes for it.
+    desktop_->widget("Window").show();
+    ASSERT_TRUE(waitUntil([&] { return managed().isManagedAndViewable(); }));
+    desktop_->settle();
+    EXPECT_TRUE(wishes.messages().empty());
 }
 
 INSTANTIATE_TEST_SUITE_P(WindowManagers, FormWindowActivation,

@@ -1,5 +1,7 @@
 #include "Tests/Contract/X11/FormWindowAdapters.h"
 
+#include "Tests/Contract/X11/PumpedConnection.h"
+
 #include <QGuiApplication>
 
 #include <stdexcept>
@@ -7,14 +9,6 @@
 namespace tarvex::contract {
 
 namespace {
-
-std::unique_ptr<XConnection> openOrThrow(const std::string& displayName) {
-    auto connection = XConnection::open(displayName);
-    if (!connection) {
-        throw std::runtime_error("cannot connect to " + displayName);
-    }
-    return connection;
-}
 
 std::unique_ptr<test::WindowManager> startManager(const test::XServer& server,
                                                   std::optional<test::WindowManagerKind> kind) {

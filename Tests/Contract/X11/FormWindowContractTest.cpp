@@ -1,7 +1,7 @@
-#include "Tests/Contract/FormWindowContract.h"
-
 #include "Platform/Linux/Qt/FormLabel.h"
 #include "Platform/Linux/Qt/FormSlider.h"
+#include "Tests/Contract/FormWindowClosingContract.h"
+#include "Tests/Contract/FormWindowKeysContract.h"
 #include "Tests/Contract/X11/FormWindowAdapters.h"
 
 #include <QAbstractButton>
@@ -117,11 +117,15 @@ WorldFactory<FormWindowWorld> worldUnder(test::WindowManagerKind kind) {
     return worldFactory<FormWindowWorld, XFormWindowWorld>(nameOf(kind), kind);
 }
 
-INSTANTIATE_TEST_SUITE_P(X11, FormWindowContract,
-                         ::testing::Values(worldUnder(test::WindowManagerKind::openbox),
-                                           worldUnder(test::WindowManagerKind::xfwm4),
-                                           worldUnder(test::WindowManagerKind::xfwm4Strict)),
-                         worldName);
+const auto managedWorlds = ::testing::Values(worldUnder(test::WindowManagerKind::openbox),
+                                             worldUnder(test::WindowManagerKind::xfwm4),
+                                             worldUnder(test::WindowManagerKind::xfwm4Strict));
+
+INSTANTIATE_TEST_SUITE_P(X11, FormWindowContract, managedWorlds, worldName);
+
+INSTANTIATE_TEST_SUITE_P(X11, FormWindowKeysContract, managedWorlds, worldName);
+
+INSTANTIATE_TEST_SUITE_P(X11, FormWindowClosingContract, managedWorlds, worldName);
 
 } // namespace
 

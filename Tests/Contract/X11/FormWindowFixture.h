@@ -28,18 +28,27 @@ protected:
         desktop_.reset();
     }
 
+    using Preparation = std::function<void(const std::string& displayName)>;
+
     void start(
         std::optional<test::WindowManagerKind> kind = test::WindowManagerKind::openbox,
-        const std::string& scaleFactor = "1",
-        const std::function<void(const std::string&)>& prepare = [](const std::string&) {}) {
+        const std::string& scaleFactor = "1", const Preparation& prepare = [](const std::string&) {}) {
+        startWithoutToolkitWindow(kind, scaleFactor, prepare);
+        // Has it made, which otherwise waits until it is shown.
+        window_->center();
+        desktop_->settle();
+    }
+
+    /// Before the first showing, as in the program.
+    void startWithoutToolkitWindow(
+        std::optional<test::WindowManagerKind> kind, const std::string& scaleFactor = "1",
+        const Preparation& prepare = [](const std::string&) {}) {
         desktop_ = std::make_unique<XFormWindowDesktop>(kind, scaleFactor, prepare);
         FormWindowAttributes attributes;
         attributes.title = "Window";
         attributes.contentSize = {400, 300};
         attributes.level = level_;
         window_ = desktop_->windows.makeFormWindow(attributes, owner_);
-        // Has it made, which otherwise waits until it is shown.
-        window_->center();
         desktop_->settle();
     }
 

@@ -67,8 +67,42 @@ TEST_F(FormWindowTwoMonitors, ShownWindowStaysOnItsMonitor) {
     EXPECT_TRUE(becomesCentered(right_)) << managed().requireVisibleFrame();
 }
 
-class FormWindowPlacement : public FormWindowPlaces,
-                            public ::testing::WithParamInterface<WindowManagerKind> {};
+class FormWindowPlacement : public FormWindowPlaces, public ::testing::WithParamInterface<WindowManagerKind> {
+protected:
+    /// Shows the window, which has been centred, and holds every place that its frame has from its mapping on
+    /// against the last one.
+    void expectToBeShownInTheMiddleAtOnce() {
+        test::XClient watcher(desktop_->server.displayName());
+        watcher.selectEvents(watcher.root(), XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
+        std::map<xcb_window_t, std::vector<PixelPoint>> places;
+        watcher.setEventHandler([&](const xcb_generic_event_t& event) {
+            if (event.response_type == XCB_CREATE_NOTIFY) {
+                const auto& created = reinterpret_cast<const xcb_create_notify_event_t&>(event);
+                places[created.window] = {{created.x, created.y}};
+            } else if (event.response_type == XCB_CONFIGURE_NOTIFY) {
+                const auto& configured = reinterpret_cast<const xcb_configure_notify_event_t&>(event);
+                places[configured.window].push_back({configured.x, configured.y});
+            } else if (event.response_type == XCB_MAP_NOTIFY) {
+                const auto& mapped = reinterpret_cast<const xcb_map_notify_event_t&>(event);
+                auto& former = places[mapped.window];
+                former.erase(former.begin(), former.end() - (former.empty() ? 0 : 1));
+            }
+        });
+        window_->makeKeyAndOrderFront();
+        desktop_->windows.activateIgnoringOtherApps();
+        ASSERT_TRUE(waitUntil([&] { return desktop_->hasKeyboard("Window"); }));
+        desktop_->settle();
+        watcher.sync();
+        watcher.handleEvents();
+        EXPECT_EQ(distanceFromMiddleOf({0, 0, XFormWindowDesktop::width, XFormWindowDesktop::height}), 0);
+        const xcb_window_t frame = watcher.topLevelOf(desktop_->native("Window")).value_or(XCB_NONE);
+        ASSERT_FALSE(places[frame].empty());
+        const PixelPoint last = places[frame].back();
+        for (const PixelPoint& place : places[frame]) {
+            EXPECT_EQ(place, last) << place.x << ", " << place.y << " before " << last.x << ", " << last.y;
+        }
+    }
+};
 
 TEST_P(FormWindowPlacement, PanelsAreLeftOut) {
     start(GetParam(), "1", layTwoMonitors);
@@ -81,27 +115,23 @@ TEST_P(FormWindowPlacement, PanelsAreLeftOut) {
     EXPECT_TRUE(becomesCentered({0, 60, 700, 964})) << managed().requireVisibleFrame();
 }
 
-TEST_P(FormWindowPlacement, BordersAreKnownBeforeTheFirstShowing) {
+TEST_P(FormWindowPlacement, FirstShowingIsAtOnceInTheMiddle) {
+    startWithoutToolkitWindow(GetParam());
+    window_->center();
+    expectToBeShownInTheMiddleAtOnce();
+}
+
+TEST_P(FormWindowPlacement, FirstShowingIsAtOnceInTheMiddleWhenTheWindowManagerCameLater) {
+    startWithoutToolkitWindow(std::nullopt);
+    desktop_->windowManager = std::make_unique<test::WindowManager>(desktop_->server, GetParam());
+    desktop_->settle();
+    window_->center();
+    expectToBeShownInTheMiddleAtOnce();
+}
+
+TEST_P(FormWindowPlacement, LaterShowingIsAtOnceInTheMiddle) {
     start(GetParam());
-    test::XClient watcher(desktop_->server.displayName());
-    watcher.selectEvents(desktop_->native("Window"), XCB_EVENT_MASK_STRUCTURE_NOTIFY);
-    std::vector<PixelPoint> places;
-    watcher.setEventHandler([&](const xcb_generic_event_t& event) {
-        // The window manager tells the place on the root window by sending the event itself.
-        if (event.response_type == (XCB_CONFIGURE_NOTIFY | 0x80)) {
-            const auto& configure = reinterpret_cast<const xcb_configure_notify_event_t&>(event);
-            places.push_back({configure.x, configure.y});
-        }
-    });
-    show();
-    watcher.sync();
-    watcher.handleEvents();
-    const PixelRect client = managed().clientGeometry().value_or(PixelRect{});
-    EXPECT_EQ(distanceFromMiddleOf({0, 0, XFormWindowDesktop::width, XFormWindowDesktop::height}), 0);
-    ASSERT_FALSE(places.empty());
-    for (const PixelPoint& place : places) {
-        EXPECT_EQ(place, (PixelPoint{client.x, client.y})) << place.x << ", " << place.y;
-    }
+    expectToBeShownInTheMiddleAtOnce();
 }
 
 TEST_P(FormWindowPlacement, WindowManagerMayComeLater) {

@@ -1,17 +1,14 @@
+#include "App/Input/EventTapPlatform.h"
 #include "App/Shell/AboutWindowController.h"
-#include "App/Shell/PreferencesWindowController.h"
-#include "Core/Configuration/JsonCoding.h"
 #include "Platform/Linux/Qt/FormLabel.h"
 #include "Platform/Linux/Qt/QtTextMeasurer.h"
 #include "Tests/Contract/X11/FormWindowAdapters.h"
-#include "Tests/Support/Simulated/SimulatedConfigFiles.h"
-#include "Tests/Support/Simulated/SimulatedHotkeys.h"
-#include "Tests/Support/Simulated/SimulatedLogs.h"
-#include "Tests/Support/Simulated/SimulatedShell.h"
+#include "Tests/Support/Simulated/SimulatedPreferences.h"
 
 #include <QAbstractButton>
 #include <QAccessible>
 #include <QFontMetrics>
+#include <QPushButton>
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -23,22 +20,15 @@ namespace tarvex::contract {
 namespace {
 
 /// The program's real windows, over simulated settings, at a scale factor of the toolkit.
-class FormWindowPreferences : public ::testing::TestWithParam<const char*> {
+class FormWindowPreferences : public ::testing::TestWithParam<const char*>, protected SimulatedPreferences {
 protected:
     void SetUp() override {
-        files_.put(encodeTarvexConfig(*TarvexConfig::makeDefault()));
+        store();
         // All that can be shown is: the explanations too.
         loginItem_.isBundled = false;
         desktop_ = std::make_unique<XFormWindowDesktop>(test::WindowManagerKind::openbox, GetParam());
         measurer_ = std::make_unique<QtTextMeasurer>(desktop_->fonts);
-        preferences_ = std::make_unique<PreferencesWindowController>(
-            std::make_shared<PreferencesViewController>(
-                std::make_shared<PreferencesController>(
-                    std::make_shared<ConfigStore>(LoggerFactory(log_).makeLogger("ConfigStore"), files_),
-                    center_),
-                PreferencesSurroundings{keyMonitors_, layout_, loginItem_,
-                                        ModifierNames{"Super", "Shift", "Alt", "Control"}}),
-            desktop_->windows);
+        preferences_ = makePreferences(desktop_->windows);
         about_ = std::make_unique<AboutWindowController>(
             std::make_unique<AboutViewController>([] { return std::string("1.2.0"); }, *measurer_),
             desktop_->windows);
@@ -61,13 +51,6 @@ protected:
         desktop_->settle();
     }
 
-    Journal journal_;
-    SimulatedLog log_{journal_};
-    SimulatedConfigFiles files_{journal_};
-    SimulatedKeyMonitors keyMonitors_;
-    SimulatedKeyboardLayout layout_;
-    SimulatedLoginItem loginItem_{journal_};
-    NotificationCenter center_;
     std::unique_ptr<XFormWindowDesktop> desktop_;
     std::unique_ptr<QtTextMeasurer> measurer_;
     std::unique_ptr<PreferencesWindowController> preferences_;
@@ -103,24 +86,40 @@ TEST_P(FormWindowPreferences, SymbolsHaveGlyphs) {
 
 TEST_P(FormWindowPreferences, EveryControlHasANameOfItsOwn) {
     std::set<std::string> names;
-    for (const char* id : {"singleCmdCheckbox", "singleShiftCheckbox", "singleOptionCheckbox",
-                           "singleControlCheckbox", "multiCmdCheckbox", "multiShiftCheckbox",
-                           "multiOptionCheckbox", "multiControlCheckbox", "launchAtLoginCheckbox",
-                           "hideMenuBarIconCheckbox", "restoreWindowSizeOnUnsnapCheckbox", "marginSlider"}) {
+    for (const char* id :
+         {"singleCmdCheckbox", "singleShiftCheckbox", "singleOptionCheckbox", "singleControlCheckbox",
+          "multiCmdCheckbox", "multiShiftCheckbox", "multiOptionCheckbox", "multiControlCheckbox",
+          "launchAtLoginCheckbox", "hideMenuBarIconCheckbox", "restoreWindowSizeOnUnsnapCheckbox",
+          "marginSlider", "recordHotkeyButton", "clearHotkeyButton", "recordPreferencesHotkeyButton",
+          "clearPreferencesHotkeyButton", "closeButton"}) {
         const auto* const control =
             QAccessible::queryAccessibleInterface(desktop_->control("Preferences", id));
         const std::string name = control->text(QAccessible::Name).toStdString();
         EXPECT_FALSE(name.empty()) << id;
         EXPECT_TRUE(names.insert(name).second) << name;
+        if (const auto* button = dynamic_cast<const QPushButton*>(desktop_->control("Preferences", id))) {
+            EXPECT_TRUE(name.starts_with(button->text().toStdString()))
+                << name << ": who sees it says the text";
+        }
     }
+}
+
+TEST_P(FormWindowPreferences, HotkeysAreExplainedInTheKeyboardsTerms) {
+    auto* const value = desktop_->control("Preferences", "editorHotkeyValueLabel");
+    EXPECT_EQ(value->toolTip(), "");
+    dynamic_cast<QPushButton&>(*desktop_->control("Preferences", "recordHotkeyButton")).click();
+    static_cast<void>(keyMonitors_.press({14, event_flag::command | event_flag::option}));
+    EXPECT_TRUE(desktop_->waitUntil([&] { return value->toolTip() == "Super + Alt + E"; }));
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(value)->text(QAccessible::Name),
+              "Super + Alt + E (Open Zone Editor)");
 }
 
 TEST_P(FormWindowPreferences, SettingsAreWrittenAndTheWindowClosesByItsButton) {
     show(preferences_->window(), "Preferences");
     desktop_->click(desktop_->pixelIn("Preferences", "singleShiftCheckbox", 0.2));
-    EXPECT_EQ(decodeTarvexConfig(files_.text())->fields().singleSnapModifiers->modifiers, 0x300U);
+    EXPECT_EQ(stored()->fields().singleSnapModifiers->modifiers, 0x300U);
     desktop_->click(desktop_->pixelIn("Preferences", "marginSlider"));
-    EXPECT_NEAR(decodeTarvexConfig(files_.text())->fields().cellMarginPoints, 20, 0.5);
+    EXPECT_NEAR(stored()->fields().cellMarginPoints, 20, 0.5);
     desktop_->click(desktop_->pixelIn("Preferences", "closeButton"));
     EXPECT_FALSE(preferences_->window().isVisible());
 }

@@ -17,6 +17,13 @@ namespace {
 
 constexpr std::uint32_t escapeKey = 0xFF1B;
 
+QPalette paletteOf(const QColor& window, const QColor& text) {
+    QPalette palette(window);
+    palette.setColor(QPalette::Window, window);
+    palette.setColor(QPalette::WindowText, text);
+    return palette;
+}
+
 using FormWindowNative = FormWindowFixture;
 
 TEST_F(FormWindowNative, TellsTheWindowManagerWhatItIs) {
@@ -69,6 +76,7 @@ TEST_F(FormWindowNative, EscapeAndControlWCloseIt) {
     desktop_->keyboard.tap('w');
     desktop_->settle();
     EXPECT_TRUE(window_->isVisible());
+    EXPECT_EQ(owner_.closings, 2);
 }
 
 // As when it ended the recording of a hotkey and is still held.
@@ -114,6 +122,10 @@ TEST_F(FormWindowControls, AssistiveTechnologyIsToldWhatTheyAre) {
     EXPECT_EQ(box->role(), QAccessible::CheckBox);
     EXPECT_EQ(box->text(QAccessible::Name), "Super");
     EXPECT_EQ(control("box").toolTip(), "Super");
+    owner_.control("box").accessibleName = "Super key";
+    window_->setNeedsLayout();
+    desktop_->settle();
+    EXPECT_EQ(box->text(QAccessible::Name), "Super key");
     const auto* const button = QAccessible::queryAccessibleInterface(&control("button"));
     EXPECT_EQ(button->text(QAccessible::Name), "button");
     EXPECT_EQ(button->text(QAccessible::Description), "Press it");
@@ -179,9 +191,7 @@ TEST(FormWindowColors, FainterTextIsReadableOnLightAndDarkWindows) {
                                        {QColor(0x2E, 0x2E, 0x32), QColor(0xEE, 0xEE, 0xEE)},
                                        {QColor(Qt::black), QColor(Qt::white)},
                                        {QColor(0x40, 0x40, 0x40), QColor(0xC0, 0xC0, 0xC0)}}) {
-        QPalette palette(window);
-        palette.setColor(QPalette::Window, window);
-        palette.setColor(QPalette::WindowText, text);
+        const QPalette palette = paletteOf(window, text);
         EXPECT_EQ(qtColorOf(TextColor::label, palette), text);
         const QColor faint = qtColorOf(TextColor::secondaryLabel, palette);
         EXPECT_GE(contrastBetween(faint, window), 4.5) << window.name().toStdString();
@@ -205,15 +215,38 @@ TEST_F(FormWindowControls, FollowAPaletteThatTurnsDark) {
         return value;
     };
     const QPalette before = QGuiApplication::palette();
-    QPalette dark(QColor(0x2E, 0x2E, 0x32));
-    dark.setColor(QPalette::WindowText, QColor(0xEE, 0xEE, 0xEE));
-    QGuiApplication::setPalette(dark);
+    QGuiApplication::setPalette(paletteOf(QColor(0x2E, 0x2E, 0x32), QColor(0xEE, 0xEE, 0xEE)));
     EXPECT_TRUE(waitUntil([&] { return brightest() > 140; })) << "fainter text on a dark window";
-    const QColor outline = control("box").palette().color(QPalette::Window).darker(140);
-    EXPECT_GT(contrastBetween(outline, QColor(0x2E, 0x2E, 0x32)), 1.5);
     QGuiApplication::setPalette(before);
-    EXPECT_TRUE(
-        waitUntil([&] { return control("box").palette().color(QPalette::Window).lightness() > 200; }));
+    EXPECT_TRUE(waitUntil([&] { return brightest() > 200; })) << "the light window around the text";
+}
+
+TEST_F(FormWindowControls, OutlinesFollowEachPalette) {
+    start();
+    show();
+    const auto derivedFrom = [&](const std::string& id) {
+        return control(id).palette().color(QPalette::Window);
+    };
+    const QPalette light = QGuiApplication::palette();
+    const QColor text(0xEE, 0xEE, 0xEE);
+    // From dark to dark: what stood out from the first window would be of the wrong colour on the second.
+    for (const QColor& window : {QColor(0x2E, 0x2E, 0x32), QColor(0x50, 0x10, 0x10)}) {
+        const QPalette dark = paletteOf(window, text);
+        QGuiApplication::setPalette(dark);
+        ASSERT_TRUE(waitUntil([&] { return derivedFrom("button") == window; }));
+        for (const char* id : {"box", "slider"}) {
+            SCOPED_TRACE(id);
+            EXPECT_TRUE(waitUntil([&] {
+                return derivedFrom(id) == outlinedPalette(dark).color(QPalette::Active, QPalette::Window);
+            }));
+            // Qt's styles draw the outline in that colour, darker.
+            EXPECT_GT(contrastBetween(derivedFrom(id).darker(140), window), 1.5);
+        }
+    }
+    QGuiApplication::setPalette(light);
+    for (const char* id : {"box", "slider"}) {
+        EXPECT_TRUE(waitUntil([&] { return derivedFrom(id) == light.color(QPalette::Window); })) << id;
+    }
 }
 
 TEST(FormWindowSliderScale, StepsAreFineAndExact) {

@@ -23,6 +23,7 @@ namespace x_key {
 inline constexpr std::uint8_t shift = 50;
 inline constexpr std::uint8_t control = 37;
 inline constexpr std::uint8_t alt = 64;
+inline constexpr std::uint8_t altGr = 108;
 inline constexpr std::uint8_t super = 133;
 inline constexpr std::uint8_t capsLock = 66;
 inline constexpr std::uint8_t numLock = 77;

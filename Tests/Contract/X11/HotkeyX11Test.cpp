@@ -264,6 +264,20 @@ TEST_F(HotkeyX11, KeyIsThePhysicalOneInEveryLayout) {
     EXPECT_EQ(heardDuring([&] { typist_.type(keyE, command); }), 1U);
 }
 
+// Other programs type with it.
+TEST_F(HotkeyX11, AltGrMakesItAnotherCombination) {
+    setLayout(server_, "de");
+    install();
+    const HotkeyRegistration plain = add(keyE, 0);
+    const HotkeyRegistration withControl = add(keyE, modifier_mask::control, 2);
+    keyboard_.pressKey(x_key::altGr);
+    EXPECT_EQ(heardDuring([&] { typist_.type(keyE, 0); }), 0U);
+    EXPECT_EQ(heardDuring([&] { typist_.type(keyE, modifier_mask::control); }), 0U);
+    keyboard_.releaseKey(x_key::altGr);
+    EXPECT_EQ(heardDuring([&] { typist_.type(keyE, 0); }), 1U);
+    EXPECT_EQ(heardDuring([&] { typist_.type(keyE, modifier_mask::control); }), 1U);
+}
+
 TEST_F(HotkeyX11, SecondLayoutMakesNoDifference) {
     setLayout(server_, "us,ru");
     install();

@@ -1,8 +1,5 @@
 #include "Tests/Contract/X11/InputAdapters.h"
 
-#include "Tests/Support/X11/Deadline.h"
-
-#include <poll.h>
 #include <stdexcept>
 
 namespace tarvex::contract {
@@ -10,14 +7,6 @@ namespace tarvex::contract {
 namespace {
 
 constexpr int rootHeight = 1024;
-
-std::unique_ptr<XConnection> openOrThrow(const std::string& displayName) {
-    auto connection = XConnection::open(displayName);
-    if (!connection) {
-        throw std::runtime_error("cannot connect to " + displayName);
-    }
-    return connection;
-}
 
 AccessibilityElementRef elementIn(const AccessibilityValueResult& result) {
     const auto* element = result.value ? std::get_if<AccessibilityElementRef>(&*result.value) : nullptr;
@@ -27,31 +16,11 @@ AccessibilityElementRef elementIn(const AccessibilityValueResult& result) {
 } // namespace
 
 XInputAdapters::XInputAdapters(const std::string& displayName)
-    : connection(openOrThrow(displayName)),
-      pump(*connection),
+    : PumpedConnection(displayName),
       pointer(*connection, layout),
       taps(*connection, pump, pointer, SessionKind{}),
       accessibility(*connection, pump, layout, {}) {
     layout.value = {0, rootHeight, 0};
-}
-
-bool XInputAdapters::waitUntil(const std::function<bool()>& condition) {
-    const test::Deadline deadline;
-    for (;;) {
-        pump.processPending();
-        if (condition()) {
-            return true;
-        }
-        if (deadline.hasPassed()) {
-            return false;
-        }
-        pollfd waited{pump.fileDescriptor(), POLLIN, 0};
-        poll(&waited, 1, deadline.pollTimeout(10));
-    }
-}
-
-void XInputAdapters::awaitServer() {
-    static_cast<void>(connection->take(xcb_get_input_focus_reply, xcb_get_input_focus(connection->get())));
 }
 
 void XInputAdapters::catchUp() {
@@ -59,12 +28,6 @@ void XInputAdapters::catchUp() {
     pump.processPending();
     awaitServer();
     pump.processPending();
-}
-
-unsigned XInputAdapters::requestsDuring(const std::function<void()>& work) {
-    const unsigned before = xcb_no_operation(connection->get()).sequence;
-    work();
-    return xcb_no_operation(connection->get()).sequence - before - 1;
 }
 
 AccessibilityElementRef XInputAdapters::windowAt(test::PixelPoint point) {

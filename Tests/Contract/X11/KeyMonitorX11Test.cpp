@@ -1,6 +1,7 @@
 #include "App/Hotkeys/HotkeyRecorder.h"
 #include "App/Input/EventTapPlatform.h"
 #include "Tests/Contract/X11/KeyMonitorFixture.h"
+#include "Tests/Contract/X11/PressCounter.h"
 #include "Tests/Contract/X11/XkbClient.h"
 
 #include <QPushButton>
@@ -18,23 +19,6 @@ constexpr std::uint16_t keyE = 14;
 constexpr std::uint16_t keyR = 15;
 constexpr std::uint16_t keySpace = 49;
 constexpr std::uint32_t command = modifier_mask::command;
-
-/// Counts the presses that the toolkit delivers, repetitions among them. The last filter to come is asked
-/// first: a monitor must be there before.
-class PressCounter final : public QObject {
-public:
-    PressCounter() { qGuiApp->installEventFilter(this); }
-
-    bool eventFilter(QObject* watched, QEvent* event) override {
-        count_ += event->type() == QEvent::KeyPress && watched->isWindowType() ? 1 : 0;
-        return false;
-    }
-
-    [[nodiscard]] int count() const { return count_; }
-
-private:
-    int count_ = 0;
-};
 
 class KeyMonitorX11 : public KeyMonitorTest {};
 
@@ -151,6 +135,38 @@ TEST_F(KeyMonitorX11, KeyWithoutAVirtualKeyCodeIsSwallowed) {
     EXPECT_TRUE(window_.releases.empty());
     type(keyR);
     EXPECT_EQ(keys_, Keys{keyR});
+}
+
+// AltGr has no event flag: the report would be one of the key alone.
+TEST_F(KeyMonitorX11, CombinationThatTheFlagsCannotTellIsSwallowed) {
+    setLayout(desktop_.server, "de");
+    desktop_.settle();
+    install();
+    keyboard().pressKey(x_key::altGr);
+    type(keyE);
+    type(keyE, modifier_mask::control);
+    EXPECT_TRUE(keys_.empty());
+    keyboard().releaseKey(x_key::altGr);
+    EXPECT_TRUE(window_.presses.empty());
+    EXPECT_TRUE(window_.releases.empty());
+    EXPECT_FALSE(desktop_.isKeyboardFree());
+    type(keyE);
+    EXPECT_EQ(keys_, Keys{keyE});
+}
+
+TEST_F(KeyMonitorX11, LocksDoNotKeepAKeyFromBeingReported) {
+    setLayout(desktop_.server, "de");
+    desktop_.settle();
+    install();
+    for (const std::uint8_t lock : {x_key::numLock, x_key::capsLock}) {
+        keyboard().tapKey(lock);
+        desktop_.settle();
+        keys_.clear();
+        type(keyE, command);
+        EXPECT_EQ(keys_, Keys{keyE}) << int{lock};
+    }
+    keyboard().tapKey(x_key::numLock);
+    keyboard().tapKey(x_key::capsLock);
 }
 
 TEST_F(KeyMonitorX11, RecordedKeyDoesNotClickTheButton) {

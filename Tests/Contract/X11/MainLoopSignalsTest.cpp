@@ -4,6 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <cstdlib>
+#include <pthread.h>
+#include <thread>
 #include <unistd.h>
 
 namespace tarvex::contract {
@@ -32,12 +35,42 @@ TEST_P(MainLoopSignals, SignalCallsTerminateOnTheLoop) {
     EXPECT_EQ(calls, 1);
 }
 
-TEST_P(MainLoopSignals, SignalThatComesTooEarlyWaits) {
-    QtSignals::holdBack();
-    raise(GetParam());
+TEST_P(MainLoopSignals, SignalThatComesBeforeTheLoopRunsIsKept) {
     int calls = 0;
     const QtSignals endSignals([&calls] { ++calls; });
-    EXPECT_TRUE(application_.waitUntil([&] { return calls == 1; }));
+    raise(GetParam());
+    application_.settle();
+    EXPECT_EQ(calls, 1);
+}
+
+TEST_P(MainLoopSignals, SignalDuringTheStartEndsTheProgramWell) {
+    const auto start = [] {
+        QtSignals::endAtOnce();
+        raise(GetParam());
+        std::_Exit(1);
+    };
+    EXPECT_EXIT(start(), ::testing::ExitedWithCode(0), "");
+}
+
+TEST_P(MainLoopSignals, SignalThatAnotherThreadTakesEndsTheProgramWell) {
+    const auto start = [] {
+        QtSignals::endAtOnce();
+        std::thread([] { pthread_kill(pthread_self(), GetParam()); }).join();
+        std::_Exit(1);
+    };
+    EXPECT_EXIT(start(), ::testing::ExitedWithCode(0), "");
+}
+
+TEST_P(MainLoopSignals, SignalDuringTheEndEndsTheProgramWell) {
+    const auto end = [] {
+        QtSignals::endAtOnce();
+        {
+            const QtSignals endSignals([] {});
+        }
+        raise(GetParam());
+        std::_Exit(1);
+    };
+    EXPECT_EXIT(end(), ::testing::ExitedWithCode(0), "");
 }
 
 TEST_P(MainLoopSignals, AskingTwiceAsksOnce) {

@@ -72,7 +72,7 @@ NotifierHost::~NotifierHost() {
 }
 
 void NotifierHost::start(bool hasHost) {
-    bus_ = std::make_unique<BusConnection>(busAddress_);
+    bus_ = std::make_unique<HostBus>(busAddress_);
     watcher_ = std::make_unique<Watcher>(bus_->get());
     bus_->get().registerVirtualObject(QLatin1String(watcherPath), watcher_.get());
     // The name of the one before may still be on its way out.

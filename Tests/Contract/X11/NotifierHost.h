@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Platform/Linux/Qt/BusConnection.h"
 #include "Platform/Linux/Qt/NotifierTypes.h"
+#include "Tests/Contract/X11/HostBus.h"
 
 #include <QString>
 #include <QStringList>
@@ -51,7 +51,7 @@ private:
 
     std::string busAddress_;
     Waiter waitUntil_;
-    std::unique_ptr<BusConnection> bus_;
+    std::unique_ptr<HostBus> bus_;
     std::unique_ptr<Watcher> watcher_;
 };
 

@@ -1,8 +1,5 @@
 #include "Tests/Contract/X11/OverlayAdapters.h"
 
-#include "Tests/Support/X11/Deadline.h"
-
-#include <poll.h>
 #include <stdexcept>
 
 namespace tarvex::contract {
@@ -26,14 +23,6 @@ constexpr const char* xfwm4Configuration = R"(<?xml version="1.0" encoding="UTF-
 </channel>
 )";
 
-std::unique_ptr<XConnection> openOrThrow(const std::string& displayName) {
-    auto connection = XConnection::open(displayName);
-    if (!connection) {
-        throw std::runtime_error("cannot connect to " + displayName);
-    }
-    return connection;
-}
-
 test::TestWindowOptions plainWindow(const test::PixelRect& area, std::uint32_t color) {
     test::TestWindowOptions options;
     options.geometry = area;
@@ -45,43 +34,18 @@ test::TestWindowOptions plainWindow(const test::PixelRect& area, std::uint32_t c
 } // namespace
 
 XOverlayAdapters::XOverlayAdapters(const std::string& displayName)
-    : connection(openOrThrow(displayName)),
-      pump(*connection),
-      monitors(*connection, pump),
-      windows(*connection, pump, monitors) {
+    : PumpedConnection(displayName), monitors(*connection, pump), windows(*connection, pump, monitors) {
     catchUp();
-}
-
-bool XOverlayAdapters::waitUntil(const std::function<bool()>& condition) {
-    const test::Deadline deadline;
-    for (;;) {
-        pump.processPending();
-        if (condition()) {
-            return true;
-        }
-        if (deadline.hasPassed()) {
-            return false;
-        }
-        pollfd waited{pump.fileDescriptor(), POLLIN, 0};
-        poll(&waited, 1, deadline.pollTimeout(10));
-    }
 }
 
 void XOverlayAdapters::catchUp() {
     pump.processPending();
-    static_cast<void>(connection->take(xcb_get_input_focus_reply, xcb_get_input_focus(connection->get())));
+    awaitServer();
     pump.processPending();
 }
 
-unsigned XOverlayAdapters::requestsDuring(const std::function<void()>& work) {
-    const unsigned before = xcb_no_operation(connection->get()).sequence;
-    work();
-    return xcb_no_operation(connection->get()).sequence - before - 1;
-}
-
 bool XOverlayAdapters::owns(xcb_window_t window) const {
-    const xcb_setup_t& setup = *xcb_get_setup(connection->get());
-    return (window & ~setup.resource_id_mask) == setup.resource_id_base;
+    return XClientResources(connection->get()).contains(window);
 }
 
 bool isRedirected(test::XClient& client, xcb_window_t window) {

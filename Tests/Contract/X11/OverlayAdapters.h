@@ -1,7 +1,9 @@
 #pragma once
 
 #include "Platform/Linux/X11/MonitorTracker.h"
+#include "Platform/Linux/X11/XClientResources.h"
 #include "Platform/Linux/X11/XWindowPlatform.h"
+#include "Tests/Contract/X11/PumpedConnection.h"
 #include "Tests/Support/X11/ChildProcess.h"
 #include "Tests/Support/X11/Compositor.h"
 #include "Tests/Support/X11/Screenshot.h"
@@ -10,7 +12,6 @@
 #include "Tests/Support/X11/XServer.h"
 
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -18,25 +19,17 @@
 namespace tarvex::contract {
 
 /// The overlay adapter on an X server.
-class XOverlayAdapters {
+class XOverlayAdapters : public PumpedConnection {
 public:
     explicit XOverlayAdapters(const std::string& displayName);
-
-    /// Handles events until the condition holds; false when the patience ended first.
-    bool waitUntil(const std::function<bool()>& condition);
 
     /// Ends the turn, and returns when the server has done all that was asked and the events of that have
     /// been handled.
     void catchUp();
 
-    /// How many requests the connection sends while the work is done.
-    [[nodiscard]] unsigned requestsDuring(const std::function<void()>& work);
-
     /// Whether a window belongs to the adapter's connection.
     [[nodiscard]] bool owns(xcb_window_t window) const;
 
-    std::unique_ptr<XConnection> connection;
-    XEventPump pump;
     MonitorTracker monitors;
     XWindowPlatform windows;
 };

@@ -310,6 +310,22 @@ TEST_P(OverlayX11, OrderFrontRaisesItAgain) {
     EXPECT_EQ(pixel(100, 100), 0xFFFFFFU);
 }
 
+TEST_P(OverlayX11, ComesUpAboveMenusNotificationsAndPanels) {
+    for (const char* const type :
+         {"_NET_WM_WINDOW_TYPE_POPUP_MENU", "_NET_WM_WINDOW_TYPE_NOTIFICATION", "_NET_WM_WINDOW_TYPE_DOCK"}) {
+        test::TestWindowOptions options;
+        options.geometry = {150, 250, 200, 200};
+        options.isOverrideRedirect = true;
+        options.type = type;
+        const test::TestWindow other(desktop_->server.displayName(), options);
+        desktop_->settle();
+        ASSERT_NE(pixel(100, 100), 0xFFFFFFU) << type;
+        show(filled(whole_));
+        EXPECT_EQ(pixel(100, 100), 0xFFFFFFU) << type;
+        window_->orderOut();
+    }
+}
+
 TEST_P(OverlayX11, ScenesOfManyZonesAreShownWhole) {
     Scene scene;
     for (int row = 0; row < 100; ++row) {

@@ -2,9 +2,11 @@
 
 #include "Tests/Contract/X11/ScopedVariable.h"
 #include "Tests/Support/X11/ScratchDirectory.h"
+#include "Tests/Support/X11/SilentSocket.h"
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <cstring>
 #include <sys/socket.h>
 #include <sys/un.h>
@@ -62,11 +64,65 @@ TEST_F(SessionBusAddressTest, UnusualCharactersOfAPathAreEscaped) {
 }
 
 TEST_F(SessionBusAddressTest, PinningPutsItIntoTheEnvironment) {
-    SessionBusAddress::pin();
+    SessionBusAddress::pin("");
     EXPECT_STREQ(std::getenv("DBUS_SESSION_BUS_ADDRESS"), "disabled:");
-    const ScopedVariable address("DBUS_SESSION_BUS_ADDRESS", "unix:path=/run/some/bus");
-    SessionBusAddress::pin();
+    const ScopedVariable address("DBUS_SESSION_BUS_ADDRESS", "unix:path=/run/other/bus");
+    SessionBusAddress::pin("unix:path=/run/some/bus");
     EXPECT_STREQ(std::getenv("DBUS_SESSION_BUS_ADDRESS"), "unix:path=/run/some/bus");
+    SessionBusAddress::pin("");
+    EXPECT_STREQ(std::getenv("DBUS_SESSION_BUS_ADDRESS"), "disabled:");
+}
+
+TEST_F(SessionBusAddressTest, SocketThatTakesConnectionsIsToldFromOneThatDoesNot) {
+    test::SilentSocket server("a b,c=%");
+    const std::string escapedPath = server.path().substr(0, server.path().rfind('/')) + "/a%20b%2cc%3D%25";
+    const std::string address = "unix:path=" + escapedPath;
+    EXPECT_TRUE(SessionBusAddress::takesConnections(address));
+    EXPECT_TRUE(SessionBusAddress::takesConnections(address + ",guid=0123456789abcdef"));
+    EXPECT_FALSE(SessionBusAddress::takesConnections(address + "x"));
+    EXPECT_FALSE(SessionBusAddress::takesConnections(""));
+    EXPECT_FALSE(SessionBusAddress::takesConnections(server.busAddress())) << "the comma ends the value";
+    // Nobody listens there any more.
+    EXPECT_FALSE(SessionBusAddress::takesConnections("unix:path=" + makeUserBus("run").string()));
+}
+
+TEST_F(SessionBusAddressTest, FullLineOfConnectionsIsNotWaitedIn) {
+    test::SilentSocket server;
+    EXPECT_TRUE(SessionBusAddress::takesConnections(server.busAddress()));
+    server.fillTheLine();
+    EXPECT_FALSE(SessionBusAddress::takesConnections(server.busAddress()));
+}
+
+TEST_F(SessionBusAddressTest, FirstOfSeveralAddressesThatWorksCounts) {
+    test::SilentSocket full;
+    const test::SilentSocket other;
+    full.fillTheLine();
+    const std::string missing = "unix:path=/nonexistent/socket";
+    EXPECT_TRUE(SessionBusAddress::takesConnections(missing + ";" + other.busAddress()));
+    EXPECT_TRUE(SessionBusAddress::takesConnections(other.busAddress() + ";" + full.busAddress()));
+    // Whoever tries one after the other would wait at the first.
+    EXPECT_FALSE(SessionBusAddress::takesConnections(full.busAddress() + ";" + other.busAddress()));
+    EXPECT_FALSE(SessionBusAddress::takesConnections(missing + ";" + missing));
+}
+
+TEST_F(SessionBusAddressTest, AbstractSocketsAreReached) {
+    const std::string name = "tarvex-test-" + std::to_string(getpid());
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    std::memcpy(address.sun_path + 1, name.data(), name.size());
+    const test::FileDescriptor server(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    const auto length = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + 1 + name.size());
+    ASSERT_EQ(bind(server.get(), reinterpret_cast<const sockaddr*>(&address), length), 0);
+    ASSERT_EQ(listen(server.get(), 1), 0);
+    EXPECT_TRUE(SessionBusAddress::takesConnections("unix:abstract=" + name + ",guid=00"));
+    EXPECT_FALSE(SessionBusAddress::takesConnections("unix:abstract=" + name + "-other"));
+}
+
+TEST_F(SessionBusAddressTest, AddressesOfOtherKindsAreLeftToTheLibrary) {
+    for (const char* other : {"tcp:host=localhost,port=1", "unixexec:path=x", "disabled:", "nonsense"}) {
+        EXPECT_TRUE(SessionBusAddress::takesConnections(other)) << other;
+    }
+    EXPECT_TRUE(SessionBusAddress::takesConnections("unix:path=/" + std::string(200, 'x')));
 }
 
 } // namespace

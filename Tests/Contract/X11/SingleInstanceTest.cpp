@@ -3,6 +3,7 @@
 #include "Platform/Linux/Qt/BusConnection.h"
 #include "Tests/Contract/X11/MainLoopApplication.h"
 #include "Tests/Support/X11/SessionBus.h"
+#include "Tests/Support/X11/SilentSocket.h"
 
 #include <QDBusMessage>
 #include <QDBusPendingCall>
@@ -11,12 +12,7 @@
 
 #include <atomic>
 #include <barrier>
-#include <filesystem>
-#include <fstream>
-#include <sys/stat.h>
-#include <sys/wait.h>
 #include <thread>
-#include <unistd.h>
 
 namespace tarvex::contract {
 
@@ -234,6 +230,19 @@ TEST_F(SingleInstanceTest, OneWithAndOneWithoutTheBusAreNeverTwo) {
     }
 }
 
+TEST_F(SingleInstanceTest, QuitTellsOfOneThatItCannotReach) {
+    SingleInstance::Options withoutBus = options_;
+    withoutBus.busAddress.clear();
+    SingleInstance::Outcome running = SingleInstance::acquire(noRequest, withoutBus);
+    ASSERT_NE(running.instance, nullptr);
+    const SingleInstance::Outcome quit = SingleInstance::acquire(quitRequest, options_);
+    EXPECT_EQ(quit.instance, nullptr);
+    EXPECT_EQ(quit.exitCode, 1);
+    EXPECT_EQ(quit.message, alreadyRunning);
+    running.instance.reset();
+    EXPECT_EQ(SingleInstance::acquire(quitRequest, options_).exitCode, 0);
+}
+
 TEST_F(SingleInstanceTest, AnotherSessionOfTheUserHasALockOfItsOwn) {
     options_.busAddress.clear();
     options_.lockFolder.session = ":0";
@@ -241,6 +250,63 @@ TEST_F(SingleInstanceTest, AnotherSessionOfTheUserHasALockOfItsOwn) {
     options_.lockFolder.session = ":1";
     EXPECT_NE(SingleInstance::acquire(noRequest, options_).instance, nullptr);
     EXPECT_NE(one.instance, nullptr);
+}
+
+TEST_F(SingleInstanceTest, SessionsOnOneBusHaveAnInstanceEach) {
+    options_.lockFolder.session = ":0";
+    startFirst();
+    options_.lockFolder.session = ":1";
+    SingleInstance::Outcome other = SingleInstance::acquire(noRequest, options_);
+    ASSERT_NE(other.instance, nullptr) << other.message;
+    std::vector<InstanceRequest> otherRequests;
+    other.instance->setRequestHandler(
+        [&](const InstanceRequest& request) { otherRequests.push_back(request); });
+    EXPECT_EQ(startBeside(openEditor(1)).exitCode, 0);
+    EXPECT_TRUE(application_.waitUntil([&] { return !otherRequests.empty(); }));
+    options_.lockFolder.session = ":0";
+    EXPECT_EQ(startBeside(quitRequest).exitCode, 0);
+    EXPECT_TRUE(application_.waitUntil([&] { return !requests_.empty(); }));
+    EXPECT_EQ(requests_, std::vector<InstanceRequest>{quitRequest});
+    EXPECT_EQ(otherRequests, std::vector<InstanceRequest>{openEditor(1)});
+    options_.lockFolder.session = ":2";
+    EXPECT_EQ(SingleInstance::acquire(quitRequest, options_).message, "tarvex: not running\n");
+}
+
+TEST_F(SingleInstanceTest, BusThatNeverAnswersCountsAsNone) {
+    test::SilentSocket silent;
+    test::SilentSocket full;
+    full.fillTheLine();
+    bus_.freeze();
+    options_.busPatience = std::chrono::milliseconds(100);
+    for (const std::string& address : {silent.busAddress(), full.busAddress(), bus_.address()}) {
+        options_.busAddress = address;
+        const test::Deadline deadline(std::chrono::seconds(10));
+        SingleInstance::Outcome outcome = SingleInstance::acquire(noRequest, options_);
+        ASSERT_NE(outcome.instance, nullptr) << address;
+        EXPECT_EQ(outcome.busAddress, "");
+        EXPECT_EQ(outcome.message, "");
+        EXPECT_EQ(SingleInstance::acquire(openPreferences, options_).message, alreadyRunning);
+        EXPECT_EQ(SingleInstance::acquire(quitRequest, options_).message, alreadyRunning);
+        EXPECT_FALSE(deadline.hasPassed());
+    }
+}
+
+TEST_F(SingleInstanceTest, BusThatStopsUnderTheInstanceHoldsNobodyUp) {
+    options_.busPatience = std::chrono::milliseconds(100);
+    startFirst();
+    bus_.freeze();
+    const test::Deadline deadline(std::chrono::seconds(10));
+    EXPECT_EQ(SingleInstance::acquire(noRequest, options_).message, alreadyRunning);
+    application_.settle();
+    first_.reset();
+    EXPECT_NE(SingleInstance::acquire(noRequest, options_).instance, nullptr);
+    EXPECT_FALSE(deadline.hasPassed());
+}
+
+TEST_F(SingleInstanceTest, OutcomeNamesTheBusThatAnswers) {
+    EXPECT_EQ(SingleInstance::acquire(noRequest, options_).busAddress, bus_.address());
+    options_.busAddress.clear();
+    EXPECT_EQ(SingleInstance::acquire(noRequest, options_).busAddress, "");
 }
 
 TEST_F(SingleInstanceTest, WithoutABusTheLockKeepsTheSecondOut) {
@@ -292,66 +358,6 @@ TEST(SingleInstanceEarlyTest, InstanceMayBeFoundOutBeforeThereIsAnApplication) {
     other.join();
     EXPECT_EQ(second->exitCode, 0);
     EXPECT_EQ(requests, std::vector<InstanceRequest>{openEditor(2)});
-}
-
-/// Runs the call in a process of its own and gives its exit code.
-int inOtherProcess(const std::function<int()>& call) {
-    const pid_t child = fork();
-    if (child == 0) {
-        _exit(call());
-    }
-    int status = 0;
-    waitpid(child, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-}
-
-TEST(InstanceLockTest, HoldsAcrossProcessesUntilItsOwnerEnds) {
-    const test::ScratchDirectory scratch;
-    const InstanceLock::Folder folder{scratch.path().string(), false};
-    const auto takeOnce = [&] { return static_cast<int>(InstanceLock().take(folder)); };
-    EXPECT_EQ(inOtherProcess(takeOnce), static_cast<int>(InstanceLock::Result::taken));
-    {
-        InstanceLock mine;
-        EXPECT_EQ(mine.take(folder), InstanceLock::Result::taken);
-        EXPECT_EQ(inOtherProcess(takeOnce), static_cast<int>(InstanceLock::Result::held));
-    }
-    EXPECT_EQ(inOtherProcess(takeOnce), static_cast<int>(InstanceLock::Result::taken));
-}
-
-TEST(InstanceLockTest, FolderIsMadeForTheUserAlone) {
-    const test::ScratchDirectory scratch;
-    const std::filesystem::path path = scratch.path() / "own";
-    InstanceLock lock;
-    EXPECT_EQ(lock.take({path.string(), true}), InstanceLock::Result::taken);
-    EXPECT_EQ(std::filesystem::status(path).permissions(), std::filesystem::perms::owner_all);
-    EXPECT_EQ(std::filesystem::status(path / "tarvex.lock").permissions(),
-              std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
-    EXPECT_EQ(InstanceLock().take({path.string(), true}), InstanceLock::Result::held);
-}
-
-TEST(InstanceLockTest, NothingOfSomebodyElsesMakingIsUsed) {
-    const test::ScratchDirectory scratch;
-    const auto path = [&](const char* name) { return scratch.path() / name; };
-    // A folder that others may write to, a link to a folder, a file.
-    std::filesystem::permissions(scratch.folder("open"), std::filesystem::perms::all);
-    std::filesystem::create_directory_symlink(scratch.folder("real"), path("link"));
-    std::ofstream(path("file")) << "x";
-    for (const char* name : {"open", "link", "file"}) {
-        EXPECT_EQ(InstanceLock().take({path(name).string(), true}), InstanceLock::Result::failed) << name;
-    }
-    EXPECT_EQ(InstanceLock().take({path("missing").string(), false}), InstanceLock::Result::failed);
-    // In place of the lock: a link, a pipe, a folder.
-    const std::filesystem::path victim = scratch.write("victim", "precious");
-    std::filesystem::create_symlink(victim, scratch.folder("a") / "tarvex.lock");
-    ASSERT_EQ(mkfifo((scratch.folder("b") / "tarvex.lock").c_str(), 0600), 0);
-    std::filesystem::create_directory(scratch.folder("c") / "tarvex.lock");
-    for (const char* name : {"a", "b", "c"}) {
-        EXPECT_EQ(InstanceLock().take({path(name).string(), false}), InstanceLock::Result::failed) << name;
-    }
-    if (geteuid() == 0) {
-        ASSERT_EQ(chown(scratch.folder("theirs").c_str(), 65534, 65534), 0);
-        EXPECT_EQ(InstanceLock().take({path("theirs").string(), true}), InstanceLock::Result::failed);
-    }
 }
 
 } // namespace

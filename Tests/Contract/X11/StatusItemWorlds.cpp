@@ -114,7 +114,8 @@ void TrayDesktop::clickEntry(const std::vector<std::string>& titles) {
 
 std::string EmbeddedItemWorld::toolTip() {
     for (const QWidget* widget : QApplication::topLevelWidgets()) {
-        if (widget->inherits("QSystemTrayIconSys")) {
+        // What the program shows without ever being the active window.
+        if (widget->testAttribute(Qt::WA_AlwaysShowToolTips)) {
             return widget->toolTip().toStdString();
         }
     }

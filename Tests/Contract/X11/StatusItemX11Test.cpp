@@ -1,5 +1,7 @@
 #include "Tests/Contract/StatusItemWorld.h"
+#include "Tests/Contract/X11/PlainTray.h"
 #include "Tests/Contract/X11/StatusItemWorlds.h"
+#include "Tests/Support/X11/SilentSocket.h"
 
 #include <QDBusObjectPath>
 #include <QDBusVariant>
@@ -86,6 +88,23 @@ TEST_F(StatusItemX11Test, LossOfTheBusLeavesTheEmbeddedForm) {
     host_.end();
     bus_.end();
     EXPECT_TRUE(waitUntil([&] { return tray.icons().size() == 1; }));
+}
+
+TEST_F(StatusItemX11Test, ItemOnABusThatStopsHoldsNothingUp) {
+    host_.start();
+    show();
+    ASSERT_TRUE(awaitItemOnBus());
+    bus_.freeze();
+    const test::Deadline deadline(std::chrono::seconds(10));
+    StatusItemAppearance appearance;
+    appearance.toolTip = "Other";
+    item_->setAppearance(appearance);
+    item_->setMenu({{TwoEntryDelegate::entry("Three")}});
+    desktop_.settle();
+    item_.reset();
+    show();
+    desktop_.settle();
+    EXPECT_FALSE(deadline.hasPassed());
 }
 
 TEST_F(StatusItemX11Test, PropertiesSayWhatTheItemIs) {
@@ -197,6 +216,42 @@ TEST_F(StatusItemX11Test, HostMayAskForPartsOfTheMenu) {
     EXPECT_EQ(menuCall("GetLayout", {"text"}).type(), QDBusMessage::ErrorMessage);
     EXPECT_EQ(menuCall("AboutToShow", {4711}).type(), QDBusMessage::ErrorMessage);
 }
+
+TEST(StatusItemSilentBusTest, BusThatNeverAnswersLeavesTheEmbeddedForm) {
+    const test::SilentSocket silent;
+    TrayDesktop desktop(silent.busAddress());
+    test::TrayHost tray(desktop.server);
+    TwoEntryDelegate delegate;
+    const std::unique_ptr<StatusItem> item = desktop.bar().makeStatusItem(delegate);
+    EXPECT_TRUE(desktop.waitUntil([&] { return tray.icons().size() == 1; }));
+}
+
+/// Over trays whose windows can be seen through and over others.
+class EmbeddedItemPicture : public ::testing::TestWithParam<bool> {};
+
+TEST_P(EmbeddedItemPicture, LetsTheTrayBeSeenBehindIt) {
+    constexpr std::uint32_t blue = 0x203080;
+    constexpr std::uint32_t green = 0x308020;
+    const bool hasAlpha = GetParam();
+    TrayDesktop desktop;
+    PlainTray tray(desktop.server.displayName(), hasAlpha, blue);
+    TwoEntryDelegate delegate;
+    const std::unique_ptr<StatusItem> item = desktop.bar().makeStatusItem(delegate);
+    constexpr int tile = PlainTray::iconSide * 9 / 32;
+    const std::uint32_t opaque = hasAlpha ? 0xFF000000 : 0;
+    const auto isPaintedOn = [&](std::uint32_t color) {
+        tray.serve();
+        const auto pixel = tray.pixel(tile, tile);
+        return pixel && (*pixel & 0xFFE0E0E0) == (opaque | 0xE0E0E0) &&
+               tray.pixel(0, 0) == (hasAlpha ? 0 : color);
+    };
+    EXPECT_TRUE(desktop.waitUntil([&] { return isPaintedOn(blue); }));
+    tray.change(green);
+    EXPECT_TRUE(desktop.waitUntil([&] { return isPaintedOn(green); }));
+}
+
+INSTANTIATE_TEST_SUITE_P(Over, EmbeddedItemPicture, ::testing::Bool(),
+                         [](const auto& info) { return info.param ? "TransparentTray" : "OpaqueTray"; });
 
 } // namespace
 

@@ -3,6 +3,7 @@
 #include "App/Toolkit/View.h"
 #include "Platform/Linux/Qt/QtFonts.h"
 #include "Platform/Linux/Qt/XViewWindowPlatform.h"
+#include "Platform/Linux/X11/StrutTracker.h"
 #include "Tests/Contract/X11/MainLoopApplication.h"
 #include "Tests/Contract/X11/OverlayAdapters.h"
 #include "Tests/Contract/X11/OverlayFixture.h"
@@ -134,14 +135,19 @@ protected:
     void TearDown() override {
         window_.reset();
         platform_.reset();
+        struts_.reset();
         desktop_.reset();
     }
 
     void start(Composition composition) {
         desktop_ = std::make_unique<OverlayDesktop>(composition);
         XOverlayAdapters& adapters = desktop_->adapters;
+        struts_ = std::make_unique<StrutTracker>(*adapters.connection, adapters.pump);
+        ViewWindowSurroundings surroundings;
+        surroundings.struts = struts_.get();
         platform_ = std::make_unique<XViewWindowPlatform>(
-            *adapters.connection, adapters.pump, adapters.monitors, fonts_, [] { return accentColor; });
+            *adapters.connection, adapters.pump, adapters.monitors, fonts_, [] { return accentColor; },
+            surroundings);
         adapters.catchUp();
         // The answer about a manager that composes the screen already takes until it has drawn.
         desktop_->settle();
@@ -161,7 +167,31 @@ protected:
         desktop_->settle();
     }
 
-    bool waitUntil(const std::function<bool()>& condition) { return desktop_->adapters.waitUntil(condition); }
+    /// Keeps the connection's events and the timers going meanwhile.
+    bool waitUntil(const std::function<bool()>& condition) {
+        return desktop_->adapters.waitUntil([&] {
+            application_.settle();
+            return condition();
+        });
+    }
+
+    void raise(test::TestWindow& window) {
+        // To raise one that is on top already would be no news to anybody.
+        for (const std::uint32_t mode : {XCB_STACK_MODE_BELOW, XCB_STACK_MODE_ABOVE}) {
+            xcb_configure_window(window.client().connection(), window.id(), XCB_CONFIG_WINDOW_STACK_MODE,
+                                 &mode);
+        }
+        window.client().sync();
+        desktop_->settle();
+    }
+
+    /// From now on the window's program counts as the window manager, and the window as one of its frames.
+    void makeManagersAndRaise(test::TestWindow& window) {
+        desktop_->client.setWords(desktop_->client.root(), "_NET_SUPPORTING_WM_CHECK", "WINDOW",
+                                  {window.id()});
+        desktop_->client.sync();
+        raise(window);
+    }
 
     /// The colour on the screen at a pixel of the view, counted from its top-left.
     std::uint32_t pixel(int x, int y) { return desktop_->pixel({100 + x, 200 + y}); }
@@ -176,6 +206,7 @@ protected:
     MainLoopApplication application_;
     QtFonts fonts_;
     std::unique_ptr<OverlayDesktop> desktop_;
+    std::unique_ptr<StrutTracker> struts_;
     std::unique_ptr<XViewWindowPlatform> platform_;
     RecordingView view_;
     std::unique_ptr<ViewWindow> window_;

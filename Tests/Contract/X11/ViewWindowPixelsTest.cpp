@@ -1,5 +1,4 @@
 #include "Tests/Contract/X11/ViewWindowFixture.h"
-#include "Tests/Support/X11/Monitors.h"
 
 namespace tarvex::contract {
 
@@ -11,6 +10,25 @@ constexpr std::uint32_t white = 0xFFFFFF;
 class ViewWindowPixels : public ViewWindowTest {
 protected:
     static std::uint32_t darkened() { return blend(0x000000, 0.45, OverlayDesktop::backgroundColor); }
+
+    /// Has the server no longer paint the background when something uncovers it.
+    void leaveBackgroundToItsProgram() {
+        const std::uint32_t none = XCB_BACK_PIXMAP_NONE;
+        xcb_change_window_attributes(desktop_->background.client().connection(), desktop_->background.id(),
+                                     XCB_CW_BACK_PIXMAP, &none);
+        desktop_->background.client().sync();
+    }
+
+    /// Another program that paints its window when it gets round to it.
+    void paintBackground(std::uint32_t color) {
+        xcb_connection_t* const connection = desktop_->background.client().connection();
+        const xcb_gcontext_t context = xcb_generate_id(connection);
+        xcb_create_gc(connection, context, desktop_->background.id(), XCB_GC_FOREGROUND, &color);
+        const xcb_rectangle_t all{0, 0, OverlayDesktop::width, OverlayDesktop::height};
+        xcb_poly_fill_rectangle(connection, desktop_->background.id(), context, 1, &all);
+        xcb_free_gc(connection, context);
+        desktop_->background.client().sync();
+    }
 };
 
 TEST_P(ViewWindowPixels, DesktopIsDarkenedInTheFrameAlone) {
@@ -107,7 +125,8 @@ TEST_P(ViewWindowPixels, StaysAboveWindowsThatComeLater) {
     test::TestWindowOptions options;
     options.geometry = {150, 250, 100, 100};
     options.isOverrideRedirect = true;
-    const test::TestWindow later(desktop_->server.displayName(), options);
+    test::TestWindow later(desktop_->server.displayName(), options);
+    makeManagersAndRaise(later);
     EXPECT_TRUE(waitUntil([&] {
         const auto children = desktop_->client.children(desktop_->client.root());
         return std::find(children.begin(), children.end(), native()) >
@@ -123,6 +142,7 @@ TEST_P(ViewWindowPixels, GivesInToAWindowThatInsistsOnBeingAbove) {
     options.geometry = {150, 250, 100, 100};
     options.isOverrideRedirect = true;
     test::TestWindow rival(desktop_->server.displayName(), options);
+    makeManagersAndRaise(rival);
     int raises = 0;
     const auto isRivalAbove = [&] {
         const auto children = desktop_->client.children(desktop_->client.root());
@@ -178,61 +198,102 @@ TEST_P(ViewWindowCompositor, PictureIsNeverBlackWhoeverComposesTheScreen) {
     }
 }
 
+TEST_P(ViewWindowCompositor, GroundIsTheDesktopWhenNobodyComposesTheScreenAnyMore) {
+    view_.scene = {{FillRect{whole_, backdrop}}};
+    if (!isBlended()) {
+        desktop_->startCompositor();
+    }
+    open();
+    const auto isDesktop = [&] { return distance(pixel(300, 200), darkened()) <= 2; };
+    EXPECT_TRUE(isDesktop());
+    leaveBackgroundToItsProgram();
+    desktop_->stopCompositor();
+    paintBackground(OverlayDesktop::backgroundColor);
+    EXPECT_TRUE(waitUntil(isDesktop));
+    EXPECT_TRUE(waitUntil([&] { return focusedWindow(desktop_->client) == native(); }));
+    // Nor has one that follows inherited anything else.
+    window_.reset();
+    open();
+    EXPECT_TRUE(isDesktop());
+}
+
+TEST_P(ViewWindowCompositor, PictureIsWholeAgainWhenTheCompositorStartsAnew) {
+    view_.scene = {{FillRect{whole_, backdrop}, FillRect{{0, 0, 100, 100}, {ColorName::white, 1}}}};
+    if (!isBlended()) {
+        desktop_->startCompositor();
+    }
+    open();
+    desktop_->stopCompositor();
+    desktop_->startCompositor();
+    const auto looksRight = [&] {
+        return pixel(50, 350) == white && distance(pixel(300, 200), darkened()) <= 2;
+    };
+    EXPECT_TRUE(waitUntil(looksRight));
+    EXPECT_EQ(focusedWindow(desktop_->client), native());
+}
+
 INSTANTIATE_TEST_SUITE_P(From, ViewWindowCompositor, ::testing::Values(Composition::none, Composition::picom),
                          compositionName);
 
-class ViewWindowMonitors : public ViewWindowTest {
+class ViewWindowAfterAMenu : public ViewWindowPixels {
 protected:
-    void arrange(const std::vector<test::MonitorLayout>& layouts) {
-        test::Monitors(desktop_->server.displayName()).set(layouts);
+    /// Lays something white over the desktop and takes it away again.
+    void closeMenu() {
+        leaveBackgroundToItsProgram();
+        test::TestWindowOptions menu;
+        menu.geometry = {300, 300, 200, 200};
+        menu.isOverrideRedirect = true;
+        menu.backgroundPixel = white;
+        { const test::TestWindow shown(desktop_->server.displayName(), menu); }
+        desktop_->client.sync();
+        platform_->noteMenuClosing();
+    }
+
+    void request() {
+        WindowAttributes attributes;
+        attributes.contentRect = frame_;
+        window_ = platform_->makeViewWindow(attributes, view_);
+        window_->makeKeyAndOrderFront();
         desktop_->adapters.catchUp();
     }
 };
 
-TEST_P(ViewWindowMonitors, WindowCoversItsFrameToThePixel) {
-    arrange({{"Left", {0, 100, 500, 700}}, {"Right", {500, 0, 780, 900}, true, true}});
-
-    // Screen space begins at the bottom left of the primary monitor, which ends at the row 900.
-    struct Case {
-        Rect frame;
-        test::PixelRect pixels;
-    };
-
-    for (const auto& [frame, pixels] :
-         {Case{{0, 0, 780, 900}, {500, 0, 780, 900}}, Case{{0, 30, 780, 840}, {500, 30, 780, 840}},
-          Case{{-500, 100, 500, 700}, {0, 100, 500, 700}}, Case{{-500, 101, 463, 669}, {0, 130, 463, 669}}}) {
-        WindowAttributes attributes;
-        attributes.contentRect = frame;
-        window_ = platform_->makeViewWindow(attributes, view_);
-        EXPECT_EQ(window_->frame(), frame);
-        window_->makeKeyAndOrderFront();
-        desktop_->adapters.catchUp();
-        EXPECT_EQ(desktop_->client.geometryInRoot(native()), pixels);
-        window_.reset();
-    }
-}
-
-TEST_P(ViewWindowMonitors, ChangeOfTheMonitorsIsToldOnce) {
-    open();
-    EXPECT_EQ(view_.screenChanges, 0);
-    arrange({{"Left", {0, 0, 500, 700}}, {"Right", {500, 0, 780, 900}, true, true}});
-    EXPECT_TRUE(waitUntil([&] { return view_.screenChanges > 0; }));
-    const int changes = view_.screenChanges;
-    desktop_->settle();
-    EXPECT_EQ(view_.screenChanges, changes);
-}
-
-TEST_P(ViewWindowMonitors, WindowMayCloseWhenTheMonitorsChange) {
-    open();
-    view_.reaction = [this] { window_.reset(); };
-    arrange({{"Left", {0, 0, 500, 700}}, {"Right", {500, 0, 780, 900}, true, true}});
-    EXPECT_TRUE(waitUntil([&] { return window_ == nullptr; }));
-    desktop_->settle();
-    EXPECT_EQ(view_.screenChanges, 1);
+TEST_P(ViewWindowAfterAMenu, WhatTheMenuCoveredIsPaintedFirst) {
+    view_.scene = {{FillRect{whole_, backdrop}}};
+    const xcb_window_t holder = focusedWindow(desktop_->client);
+    closeMenu();
+    request();
     EXPECT_EQ(native(), XCB_WINDOW_NONE);
+    EXPECT_EQ(focusedWindow(desktop_->client), holder);
+    paintBackground(OverlayDesktop::backgroundColor);
+    EXPECT_TRUE(waitUntil([&] { return native() != XCB_WINDOW_NONE; }));
+    desktop_->settle();
+    EXPECT_LE(distance(pixel(300, 200), darkened()), 2);
+    EXPECT_EQ(focusedWindow(desktop_->client), native());
 }
 
-INSTANTIATE_TEST_SUITE_P(Desktops, ViewWindowMonitors, ::testing::Values(Composition::none), compositionName);
+TEST_P(ViewWindowAfterAMenu, WindowMayCloseBeforeItIsShown) {
+    closeMenu();
+    request();
+    window_.reset();
+    request();
+    EXPECT_EQ(native(), XCB_WINDOW_NONE);
+    EXPECT_TRUE(waitUntil([&] { return native() != XCB_WINDOW_NONE; }));
+}
+
+INSTANTIATE_TEST_SUITE_P(Desktops, ViewWindowAfterAMenu, ::testing::Values(Composition::none),
+                         compositionName);
+
+class ViewWindowAfterAMenuBlended : public ViewWindowAfterAMenu {};
+
+TEST_P(ViewWindowAfterAMenuBlended, OpensAtOnce) {
+    platform_->noteMenuClosing();
+    request();
+    EXPECT_NE(native(), XCB_WINDOW_NONE);
+}
+
+INSTANTIATE_TEST_SUITE_P(Desktops, ViewWindowAfterAMenuBlended, ::testing::Values(Composition::picom),
+                         compositionName);
 
 } // namespace
 

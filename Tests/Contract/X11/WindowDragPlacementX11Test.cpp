@@ -68,6 +68,51 @@ TEST_P(WindowDragPlacementX11, DragToTheEdgeOfTheScreenIsFollowedByThePlacement)
     }
 }
 
+TEST_P(WindowDragPlacementX11, WindowTakenOutOfATileIsNotPutBackIntoItLater) {
+    // A window manager lays out its tiles anew when a panel comes or goes.
+    for (const PixelPoint& edge : {PixelPoint{0, 500}, PixelPoint{1279, 1023}}) {
+        for (const bool isHeld : {false, true}) {
+            SCOPED_TRACE(std::to_string(edge.x) + (isHeld ? ", still held" : ", dropped"));
+            test::TestWindow window(server_.displayName());
+            const AccessibilityElementRef handle = handleOf(window.managed());
+            const PixelRect before = adapters_.frameOf(handle);
+            const PixelRect target = isHeld ? before : zone;
+            dragAway(window.managed());
+            mouse_.glideTo(edge, 5);
+            manager_.barrier();
+            if (isHeld) {
+                ASSERT_EQ(adapters_.place(handle, target), 0);
+                ASSERT_TRUE(comesTo(window.managed(), target));
+                mouse_.release();
+            } else {
+                mouse_.release();
+                ASSERT_EQ(adapters_.place(handle, target), 0);
+                ASSERT_TRUE(comesTo(window.managed(), target));
+            }
+            settle();
+            showPanelForAWhile();
+            EXPECT_EQ(frameOf(window.managed()), target);
+            EXPECT_FALSE(isMaximized(window.managed()));
+        }
+    }
+}
+
+TEST_P(WindowDragPlacementX11, DragThatKeepsTheSizeIsAnsweredByOneMessage) {
+    test::TestWindow window(server_.displayName());
+    const AccessibilityElementRef handle = handleOf(window.managed());
+    ASSERT_EQ(adapters_.frameOf(handle), frameOf(window.managed()));
+    dragAway(window.managed());
+    mouse_.release();
+    manager_.barrier();
+    MessageWitness states(server_.displayName(), "_NET_WM_STATE");
+    MessageWitness placements(server_.displayName(), "_NET_MOVERESIZE_WINDOW");
+    ASSERT_EQ(adapters_.place(handle, zone), 0);
+    EXPECT_TRUE(comesTo(window.managed(), zone));
+    EXPECT_TRUE(staysAt(window.managed(), zone));
+    EXPECT_TRUE(states.messages().empty());
+    EXPECT_EQ(placements.messages().size(), 1U);
+}
+
 INSTANTIATE_TEST_SUITE_P(Under, WindowDragPlacementX11,
                          ::testing::Values(WindowManagerKind::openbox, WindowManagerKind::xfwm4),
                          windowManagerName);

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "Tests/Contract/X11/InputAdapters.h"
+#include "Tests/Contract/X11/MessageWitness.h"
+#include "Tests/Support/Simulated/SimulatedMainLoop.h"
 #include "Tests/Support/X11/Pointer.h"
 #include "Tests/Support/X11/TestWindow.h"
 #include "Tests/Support/X11/WindowManager.h"
@@ -12,8 +14,6 @@
 #include <chrono>
 #include <optional>
 #include <string>
-#include <string_view>
-#include <vector>
 
 namespace tarvex::contract {
 
@@ -25,34 +25,7 @@ using test::WindowManagerKind;
 
 inline constexpr PixelRect zone{640, 40, 400, 600};
 inline constexpr PixelRect otherZone{20, 300, 610, 420};
-
-/// Counts the messages of one type that reach the window manager.
-class MessageWitness {
-public:
-    MessageWitness(const std::string& displayName, std::string_view type)
-        : client_(displayName), type_(client_.atom(type)) {
-        client_.selectEvents(client_.root(), XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
-        client_.setEventHandler([this](const xcb_generic_event_t& event) {
-            const auto& message = reinterpret_cast<const xcb_client_message_event_t&>(event);
-            if ((event.response_type & 0x7F) == XCB_CLIENT_MESSAGE && message.type == type_) {
-                messages_.push_back(message);
-            }
-        });
-        client_.sync();
-    }
-
-    /// Those up to now.
-    [[nodiscard]] const std::vector<xcb_client_message_event_t>& messages() {
-        client_.sync();
-        client_.handleEvents();
-        return messages_;
-    }
-
-private:
-    test::XClient client_;
-    xcb_atom_t type_;
-    std::vector<xcb_client_message_event_t> messages_;
-};
+inline constexpr std::chrono::milliseconds silence{150};
 
 /// Other programs' windows under a window manager, and hands on the pointer.
 class WindowPlacementTest : public ::testing::TestWithParam<WindowManagerKind> {
@@ -92,16 +65,33 @@ protected:
 
     /// Places a window by a placer of the test's own.
     void placeWithin(XWindowPlacer::SettlingTimes times, test::TestWindow& window, const PixelRect& frame) {
-        placer_.emplace(*adapters_.connection, adapters_.pump, adapters_.layout, times);
+        placer_.emplace(*adapters_.connection, adapters_.pump, adapters_.layout, times, &loop_);
         const Point origin = adapters_.layout.value.accessibilityPointOfPixel(frame.x, frame.y);
         ASSERT_EQ(placer_->setPosition(window.id(), origin), 0);
         const Size size{static_cast<double>(frame.width), static_cast<double>(frame.height)};
         ASSERT_EQ(placer_->setSize(window.id(), size), 0);
     }
 
-    /// The same by one that never gives up on it.
+    /// The same by one that never gives up on it, and that looks at it again when the test lets that time
+    /// pass.
     void placePatiently(test::TestWindow& window, const PixelRect& frame) {
-        placeWithin({std::chrono::hours(1), std::chrono::hours(1)}, window, frame);
+        placeWithin({std::chrono::hours(1), std::chrono::hours(1), silence}, window, frame);
+    }
+
+    /// Lets the time pass after which a window is looked at that says nothing.
+    void passSilence() { loop_.advance(std::chrono::duration<double>(silence).count()); }
+
+    /// A panel comes at the right edge of the screen, and goes. Whatever follows from that has happened.
+    void showPanelForAWhile() {
+        test::TestWindowOptions options;
+        options.type = "_NET_WM_WINDOW_TYPE_DOCK";
+        options.geometry = {1240, 0, 40, 1024};
+        options.strut = test::Strut{.right = 40, .rightStart = 0, .rightEnd = 1023};
+        {
+            const test::TestWindow panel(server_.displayName(), options);
+            settle();
+        }
+        settle();
     }
 
     void maximize(test::TestWindow& window) {
@@ -137,6 +127,7 @@ protected:
     test::WindowManager manager_{server_, GetParam()};
     XInputAdapters adapters_{server_.displayName()};
     test::Pointer mouse_{server_.displayName()};
+    SimulatedMainLoop loop_;
     std::optional<XWindowPlacer> placer_;
 };
 

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <list>
 #include <optional>
 #include <string>
 #include <vector>
@@ -10,7 +11,7 @@ namespace tarvex::contract {
 
 namespace {
 
-constexpr std::uint32_t propertyChanges = XCB_EVENT_MASK_PROPERTY_CHANGE;
+constexpr std::uint32_t changes = XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
 
 class WindowSettlingX11 : public WindowPlacementTest {
 protected:
@@ -20,6 +21,18 @@ protected:
             adapters_.connection->take(xcb_get_window_attributes_reply,
                                        xcb_get_window_attributes(adapters_.connection->get(), window.id()));
         return attributes ? attributes->your_event_mask : 0xFFFFFFFF;
+    }
+
+    /// Asks for another place and size of the client, as its own program would.
+    static void configure(test::TestWindow& window, const PixelRect& client) {
+        const std::uint32_t values[] = {
+            static_cast<std::uint32_t>(client.x), static_cast<std::uint32_t>(client.y),
+            static_cast<std::uint32_t>(client.width), static_cast<std::uint32_t>(client.height)};
+        xcb_configure_window(window.client().connection(), window.id(),
+                             XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH |
+                                 XCB_CONFIG_WINDOW_HEIGHT,
+                             values);
+        window.client().sync();
     }
 
     /// Returns when that much time has passed since the call, and so since whatever was before it.
@@ -106,7 +119,7 @@ TEST_P(WindowSettlingX11, WindowMayBeMaximisedLaterOn) {
             ASSERT_EQ(adapters_.place(handle, placement), 0);
             ASSERT_TRUE(comesTo(window.managed(), placement));
             settle();
-            EXPECT_EQ(eventsSelectedOn(window), propertyChanges);
+            EXPECT_EQ(eventsSelectedOn(window), changes);
         }
         int changes = 0;
         EXPECT_TRUE(adapters_.waitUntil([&] {
@@ -125,15 +138,15 @@ TEST_P(WindowSettlingX11, PlacementsInQuickSuccessionLeaveNothingSelected) {
     ASSERT_EQ(adapters_.place(handle, zone), 0);
     ASSERT_EQ(adapters_.place(handle, otherZone), 0);
     ASSERT_TRUE(comesTo(window.managed(), otherZone));
-    EXPECT_EQ(eventsSelectedOn(window), propertyChanges);
+    EXPECT_EQ(eventsSelectedOn(window), changes);
     // The next press makes it the user's.
     ASSERT_NE(handleOf(window.managed()), nullptr);
     EXPECT_EQ(eventsSelectedOn(window), 0U);
 }
 
 TEST_P(WindowSettlingX11, BordersThatChangeTooLateAreLeftAlone) {
-    constexpr XWindowPlacer::SettlingTimes times{std::chrono::milliseconds(60),
-                                                 std::chrono::milliseconds(30)};
+    constexpr XWindowPlacer::SettlingTimes times{std::chrono::milliseconds(60), std::chrono::milliseconds(30),
+                                                 silence};
     test::TestWindow window(server_.displayName());
     placeWithin(times, window, zone);
     ASSERT_TRUE(comesTo(window.managed(), zone));
@@ -149,7 +162,8 @@ TEST_P(WindowSettlingX11, BordersThatChangeTooLateAreLeftAlone) {
 }
 
 TEST_P(WindowSettlingX11, StatesThatComeTooLateAreLeftAlone) {
-    constexpr XWindowPlacer::SettlingTimes times{std::chrono::hours(1), std::chrono::milliseconds(60)};
+    constexpr XWindowPlacer::SettlingTimes times{std::chrono::hours(1), std::chrono::milliseconds(60),
+                                                 silence};
     for (const State& state :
          {State{"_NET_WM_STATE_MAXIMIZED_VERT", "_NET_WM_STATE_MAXIMIZED_HORZ"},
           State{"_NET_WM_STATE_MAXIMIZED_VERT", ""}, State{"_NET_WM_STATE_FULLSCREEN", ""}}) {
@@ -168,6 +182,82 @@ TEST_P(WindowSettlingX11, StatesThatComeTooLateAreLeftAlone) {
         settle();
         EXPECT_TRUE(window.managed().hasState(state.name));
         EXPECT_TRUE(witness.messages().empty());
+    }
+}
+
+TEST_P(WindowSettlingX11, WindowThatIsTiledAtTheReleaseIsPlacedAllTheSame) {
+    test::TestWindow window(server_.displayName());
+    placePatiently(window, zone);
+    ASSERT_TRUE(comesTo(window.managed(), zone));
+    MessageWitness states(server_.displayName(), "_NET_WM_STATE");
+    // What a window manager does that comes to handle the end of a drag to the edge only now, and whose tiles
+    // show in no state.
+    configure(window, {0, 0, 640, 1000});
+    EXPECT_TRUE(adapters_.waitUntil([&] { return states.messages().size() >= 2; }));
+    EXPECT_TRUE(comesTo(window.managed(), zone));
+    EXPECT_TRUE(staysAt(window.managed(), zone));
+    EXPECT_FALSE(isMaximized(window.managed()));
+}
+
+TEST_P(WindowSettlingX11, WindowThatIsKeptWhereItIsInSilenceIsFreed) {
+    test::TestWindow window(server_.displayName());
+    MessageWitness states(server_.displayName(), "_NET_WM_STATE");
+    placePatiently(window, zone);
+    ASSERT_TRUE(comesTo(window.managed(), zone));
+    settle();
+    // Elsewhere, but of the same size, which is no sign of a tile.
+    PixelRect client = window.managed().clientGeometry().value_or(PixelRect{});
+    client.x = 50;
+    client.y = 350;
+    configure(window, client);
+    settle();
+    EXPECT_TRUE(states.messages().empty());
+    ASSERT_NE(window.managed().visibleFrame(), zone);
+    passSilence();
+    EXPECT_TRUE(comesTo(window.managed(), zone));
+    EXPECT_TRUE(staysAt(window.managed(), zone));
+    EXPECT_FALSE(isMaximized(window.managed()));
+    EXPECT_TRUE(loop_.timerIntervals().empty());
+}
+
+TEST_P(WindowSettlingX11, WindowIsFreedOnceOnly) {
+    test::TestWindow window(server_.displayName());
+    placePatiently(window, zone);
+    ASSERT_TRUE(comesTo(window.managed(), zone));
+    configure(window, {0, 0, 640, 1000});
+    ASSERT_TRUE(comesTo(window.managed(), zone));
+    settle();
+    const PixelRect kept{10, 20, 700, 500};
+    configure(window, kept);
+    settle();
+    passSilence();
+    settle();
+    EXPECT_NE(window.managed().visibleFrame(), zone);
+}
+
+TEST_P(WindowSettlingX11, SizeThatTheWindowItselfExplainsIsLeftAsItIs) {
+    test::TestWindowOptions terminal;
+    terminal.sizeIncrement = Size{7, 13};
+    test::TestWindowOptions wide;
+    wide.minimumSize = Size{500, 400};
+    wide.geometry = {100, 100, 600, 500};
+    test::TestWindowOptions small;
+    small.maximumSize = Size{350, 280};
+    small.geometry = {100, 100, 300, 200};
+    std::list<test::TestWindow> windows;
+    for (const test::TestWindowOptions& options : {terminal, wide, small}) {
+        test::TestWindow& window = windows.emplace_back(server_.displayName(), options);
+        const PixelRect before = frameOf(window.managed());
+        MessageWitness states(server_.displayName(), "_NET_WM_STATE");
+        placePatiently(window, zone);
+        ASSERT_TRUE(adapters_.waitUntil([&] { return frameOf(window.managed()) != before; }))
+            << test::describe(before);
+        settle();
+        passSilence();
+        settle();
+        EXPECT_TRUE(states.messages().empty());
+        EXPECT_EQ(frameOf(window.managed()).x, zone.x);
+        EXPECT_EQ(frameOf(window.managed()).y, zone.y);
     }
 }
 

@@ -42,6 +42,9 @@ public:
     }
 
     void writeFileAtomically(const std::string& path, std::string_view content) override {
+        if (isFull_) {
+            throw FileError("cannot write " + path);
+        }
         files_[path] = std::string(content);
     }
 
@@ -70,6 +73,9 @@ public:
     /// Whether a plain file stands where the folder should be.
     void setFolderBlocked(bool isBlocked) { isFolderBlocked_ = isBlocked; }
 
+    /// Whether there is no room for anything new.
+    void setFull(bool isFull) { isFull_ = isFull; }
+
     /// Called at the start of every load with its number since the last resetLoads(), 0 for the first; it may
     /// change the disk.
     void onLoad(std::function<void(int)> action) { onLoad_ = std::move(action); }
@@ -86,6 +92,7 @@ private:
     std::function<void(int)> onLoad_;
     bool isUnreadable_ = false;
     bool isFolderBlocked_ = false;
+    bool isFull_ = false;
     int loads_ = 0;
 };
 

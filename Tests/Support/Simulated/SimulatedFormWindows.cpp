@@ -112,6 +112,13 @@ void SimulatedFormWindow::focusNext() {
     focused_ = next == controls.end() ? "" : next->id;
 }
 
+void SimulatedFormWindow::hide() {
+    isKey = false;
+    if (std::exchange(isVisible, false)) {
+        owner->windowDidClose();
+    }
+}
+
 void SimulatedFormWindow::focusFirstIfNone() {
     if (focused_.empty()) {
         focusNext();

@@ -48,10 +48,7 @@ public:
     void layOutIfNeeded();
 
     /// What closing does.
-    void hide() {
-        isVisible = false;
-        isKey = false;
-    }
+    void hide();
 
     /// The first control that the keyboard can use gets it, unless one has it.
     void focusFirstIfNone();

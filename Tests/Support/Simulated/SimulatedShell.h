@@ -6,6 +6,7 @@
 #include "Tests/Support/Simulated/Journal.h"
 #include "Tests/Support/Simulated/SimulatedFormWindows.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <stdexcept>
@@ -61,12 +62,14 @@ public:
 
     void registerMainApplication() override {
         journal_->note("login item register");
+        onRequest();
         refuseIfWanted();
         current = LoginItemStatus::enabled;
     }
 
     void unregisterMainApplication() override {
         journal_->note("login item unregister");
+        onRequest();
         refuseIfWanted();
         current = LoginItemStatus::notRegistered;
     }
@@ -74,6 +77,8 @@ public:
     bool isBundled = true;
     bool refuses = false;
     LoginItemStatus current = LoginItemStatus::notRegistered;
+    /// Called with every request, before it is answered.
+    std::function<void()> onRequest = [] {};
 
 private:
     void refuseIfWanted() const {

@@ -12,6 +12,9 @@ inline constexpr std::uint32_t shift = 0xFFE1;
 inline constexpr std::uint32_t control = 0xFFE3;
 inline constexpr std::uint32_t alt = 0xFFE9;
 inline constexpr std::uint32_t super = 0xFFEB;
+/// ISO_Level3_Shift, which every layout has on some key.
+inline constexpr std::uint32_t altGr = 0xFE03;
+inline constexpr std::uint32_t tab = 0xFF09;
 inline constexpr std::uint32_t numLock = 0xFF7F;
 inline constexpr std::uint32_t capsLock = 0xFFE5;
 inline constexpr std::uint32_t escape = 0xFF1B;

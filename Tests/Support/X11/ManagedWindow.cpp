@@ -60,7 +60,16 @@ bool ManagedWindow::hasState(std::string_view state) const {
 
 bool ManagedWindow::isManagedAndViewable() const {
     const std::vector<xcb_window_t> managed = client_->managedWindows();
-    return std::ranges::find(managed, window_) != managed.end() && client_->isViewable(window_);
+    const bool isListed = std::ranges::find(managed, window_) != managed.end();
+    return (isListed || isHeldDock()) && client_->isViewable(window_);
+}
+
+// Not all window managers list them.
+bool ManagedWindow::isHeldDock() const {
+    const std::vector<std::uint32_t> types = client_->words(window_, "_NET_WM_WINDOW_TYPE");
+    const std::vector<std::uint32_t> state = client_->words(window_, "WM_STATE");
+    return std::ranges::find(types, client_->atom("_NET_WM_WINDOW_TYPE_DOCK")) != types.end() &&
+           !state.empty() && state.front() != 0;
 }
 
 } // namespace tarvex::test

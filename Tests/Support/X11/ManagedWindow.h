@@ -43,6 +43,7 @@ public:
 
 private:
     [[nodiscard]] PixelExtents extents(std::string_view property) const;
+    [[nodiscard]] bool isHeldDock() const;
 
     XClient* client_;
     xcb_window_t window_;

@@ -3,6 +3,7 @@
 #include "Tests/Support/X11/ChildProcess.h"
 #include "Tests/Support/X11/ScratchDirectory.h"
 
+#include <csignal>
 #include <memory>
 #include <string>
 
@@ -14,6 +15,9 @@ public:
     SessionBus();
 
     [[nodiscard]] const std::string& address() const { return address_; }
+
+    /// Stops it for good: it still takes connections, and never answers again.
+    void freeze() const { process_->signal(SIGSTOP); }
 
     /// Ends it as a crash does, under its clients.
     void end() { process_.reset(); }

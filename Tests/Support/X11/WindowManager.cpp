@@ -51,6 +51,39 @@ focus_follows_mouse no
 default_border normal
 )";
 
+// The same with a bar, in one colour, along the lower edge.
+constexpr const char* i3BarConfiguration = R"(
+bar {
+    position bottom
+    tray_output none
+    colors {
+        background #205080
+    }
+}
+)";
+
+// As it comes, but without a compositor. Kept in a file that the settings library reads itself, so that no
+// settings daemon is needed.
+constexpr const char* metacityConfiguration = R"([org/gnome/metacity]
+compositor='none'
+
+[org/gnome/desktop/wm/preferences]
+num-workspaces=1
+)";
+
+// Two drags of a test follow each other quicker than a hand's, and are no double click.
+constexpr const char* toolkitConfiguration = R"([Settings]
+gtk-double-click-time=1
+)";
+
+// As it comes, but without a compositor.
+constexpr const char* kwinConfiguration = R"([Compositing]
+Enabled=false
+
+[Desktops]
+Number=1
+)";
+
 } // namespace
 
 std::string nameOf(WindowManagerKind kind) {
@@ -62,9 +95,27 @@ std::string nameOf(WindowManagerKind kind) {
     case WindowManagerKind::xfwm4Strict:
         return "xfwm4Strict";
     case WindowManagerKind::i3:
+        return "i3";
+    case WindowManagerKind::i3WithBar:
+        return "i3WithBar";
+    case WindowManagerKind::metacity:
+        return "metacity";
+    case WindowManagerKind::kwin:
         break;
     }
-    return "i3";
+    return "kwin";
+}
+
+WindowManagerKind windowManagerOfName(const std::string& name) {
+    for (const auto kind :
+         {WindowManagerKind::openbox, WindowManagerKind::xfwm4, WindowManagerKind::xfwm4Strict,
+          WindowManagerKind::i3, WindowManagerKind::i3WithBar, WindowManagerKind::metacity,
+          WindowManagerKind::kwin}) {
+        if (nameOf(kind) == name) {
+            return kind;
+        }
+    }
+    throw std::runtime_error("no test knows a window manager \"" + name + '"');
 }
 
 WindowManager::WindowManager(const XServer& server, WindowManagerKind kind)
@@ -107,6 +158,10 @@ void WindowManager::barrier() {
 }
 
 bool WindowManager::answers(Deadline deadline) {
+    return kind_ == WindowManagerKind::kwin ? answersAboutItsOffice(deadline) : answersAboutFrames(deadline);
+}
+
+bool WindowManager::answersAboutFrames(Deadline deadline) {
     const xcb_window_t window = xcb_generate_id(client_.connection());
     xcb_create_window(client_.connection(), XCB_COPY_FROM_PARENT, window, client_.root(), 0, 0, 1, 1, 0,
                       XCB_WINDOW_CLASS_INPUT_OUTPUT, client_.screen().root_visual, 0, nullptr);
@@ -119,7 +174,21 @@ bool WindowManager::answers(Deadline deadline) {
     return isAnswered;
 }
 
-Command WindowManager::makeCommand() const {
+// It does not estimate frames. But whoever holds the office of window manager says which rules it keeps to
+// (ICCCM 4.3), and the question comes to it in one row with all other events.
+bool WindowManager::answersAboutItsOffice(Deadline deadline) {
+    const xcb_window_t window = xcb_generate_id(client_.connection());
+    xcb_create_window(client_.connection(), XCB_COPY_FROM_PARENT, window, client_.root(), 0, 0, 1, 1, 0,
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, client_.screen().root_visual, 0, nullptr);
+    xcb_convert_selection(client_.connection(), window, client_.atom("WM_S0"), client_.atom("VERSION"),
+                          client_.atom("VERSION"), XCB_CURRENT_TIME);
+    const bool isAnswered = client_.waitFor([&] { return client_.hasProperty(window, "VERSION"); }, deadline);
+    xcb_destroy_window(client_.connection(), window);
+    client_.sync();
+    return isAnswered;
+}
+
+Command WindowManager::makeCommand() {
     Command command;
     command.environment = server_->clientEnvironment(nameOf(kind_));
     const std::string folder = nameOf(kind_) + "/config";
@@ -135,11 +204,27 @@ Command WindowManager::makeCommand() const {
                                  xfwm4Configuration(kind_ == WindowManagerKind::xfwm4Strict));
         command.arguments = {"dbus-run-session", "--", "xfwm4", "--compositor=off"};
         break;
-    case WindowManagerKind::i3: {
-        const auto file = server_->scratch().write(folder + "/i3", i3Configuration);
+    case WindowManagerKind::i3:
+    case WindowManagerKind::i3WithBar: {
+        const std::string bar = kind_ == WindowManagerKind::i3WithBar ? i3BarConfiguration : "";
+        const auto file = server_->scratch().write(folder + "/i3", i3Configuration + bar);
         command.arguments = {"i3", "-c", file.string()};
         break;
     }
+    case WindowManagerKind::metacity:
+        server_->scratch().write(folder + "/glib-2.0/settings/keyfile", metacityConfiguration);
+        server_->scratch().write(folder + "/gtk-3.0/settings.ini", toolkitConfiguration);
+        command.environment["GSETTINGS_BACKEND"] = "keyfile";
+        command.arguments = {"metacity", "--sm-disable"};
+        break;
+    case WindowManagerKind::kwin:
+        server_->scratch().write(folder + "/kwinrc", kwinConfiguration);
+        bus_ = std::make_unique<SessionBus>();
+        command.environment["DBUS_SESSION_BUS_ADDRESS"] = bus_->address();
+        command.environment["KWIN_COMPOSE"] = "N";
+        command.environment["QT_QPA_PLATFORM"] = "xcb";
+        command.arguments = {"kwin_x11", "--no-kactivities"};
+        break;
     }
     return command;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Tests/Support/X11/ChildProcess.h"
+#include "Tests/Support/X11/SessionBus.h"
 #include "Tests/Support/X11/XClient.h"
 #include "Tests/Support/X11/XServer.h"
 
@@ -16,10 +17,17 @@ enum class WindowManagerKind {
     xfwm4Strict,
     /// Tiles all windows.
     i3,
+    /// The same with a bar of its own (i3bar).
+    i3WithBar,
+    metacity,
+    kwin,
 };
 
 /// Such as "openbox"; fit for the name of a test.
 [[nodiscard]] std::string nameOf(WindowManagerKind kind);
+
+/// The one of that name. Throws std::runtime_error when there is none.
+[[nodiscard]] WindowManagerKind windowManagerOfName(const std::string& name);
 
 /// A window manager on a private X server, with settings of its own. It takes part when the constructor
 /// returns; destroying it ends it. Throws std::runtime_error when it does not start.
@@ -41,11 +49,15 @@ public:
 private:
     [[nodiscard]] bool isReady();
     [[nodiscard]] bool answers(Deadline deadline);
-    [[nodiscard]] Command makeCommand() const;
+    [[nodiscard]] bool answersAboutFrames(Deadline deadline);
+    [[nodiscard]] bool answersAboutItsOffice(Deadline deadline);
+    [[nodiscard]] Command makeCommand();
 
     const XServer* server_;
     WindowManagerKind kind_;
     XClient client_;
+    /// For those that do not start without one.
+    std::unique_ptr<SessionBus> bus_;
     std::unique_ptr<ChildProcess> process_;
 };
 

@@ -1,0 +1,46 @@
+#include "Tests/Contract/X11/PumpedConnection.h"
+
+#include "Tests/Support/X11/Deadline.h"
+
+#include <poll.h>
+#include <stdexcept>
+
+namespace tarvex::contract {
+
+std::unique_ptr<XConnection> openOrThrow(const std::string& displayName) {
+    auto connection = XConnection::open(displayName);
+    if (!connection) {
+        throw std::runtime_error("cannot connect to " + displayName);
+    }
+    return connection;
+}
+
+PumpedConnection::PumpedConnection(const std::string& displayName)
+    : connection(openOrThrow(displayName)), pump(*connection) {}
+
+bool PumpedConnection::waitUntil(const std::function<bool()>& condition) {
+    const test::Deadline deadline;
+    for (;;) {
+        pump.processPending();
+        if (condition()) {
+            return true;
+        }
+        if (deadline.hasPassed()) {
+            return false;
+        }
+        pollfd waited{pump.fileDescriptor(), POLLIN, 0};
+        poll(&waited, 1, deadline.pollTimeout(10));
+    }
+}
+
+void PumpedConnection::awaitServer() {
+    static_cast<void>(connection->take(xcb_get_input_focus_reply, xcb_get_input_focus(connection->get())));
+}
+
+unsigned PumpedConnection::requestsDuring(const std::function<void()>& work) {
+    const unsigned before = xcb_no_operation(connection->get()).sequence;
+    work();
+    return xcb_no_operation(connection->get()).sequence - before - 1;
+}
+
+} // namespace tarvex::contract
