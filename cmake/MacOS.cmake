@@ -21,14 +21,8 @@ foreach(framework IN ITEMS AppKit ApplicationServices Carbon CoreFoundation Core
     target_link_libraries(TarvexMacOS PUBLIC "-framework ${framework}")
 endforeach()
 
-set(icon "${CMAKE_BINARY_DIR}/Packaging/Tarvex.icns")
-file(MAKE_DIRECTORY "${CMAKE_BINARY_DIR}/Packaging")
-add_custom_command(OUTPUT "${icon}"
-    COMMAND "${CMAKE_CURRENT_SOURCE_DIR}/Packaging/MacOS/make-icon"
-        "${CMAKE_CURRENT_SOURCE_DIR}/Packaging/Linux/icons/tarvex.svg" "${icon}"
-    DEPENDS Packaging/MacOS/make-icon Packaging/Linux/icons/tarvex.svg
-    COMMENT "Making the icon" VERBATIM)
-
+# Made of its drawing by Packaging/MacOS/make-icon.
+set(icon "${CMAKE_CURRENT_SOURCE_DIR}/Packaging/MacOS/Tarvex.icns")
 add_executable(Tarvex MACOSX_BUNDLE Platform/MacOS/Main.mm "${icon}" VERSION)
 target_compile_options(Tarvex PRIVATE ${objectiveCOptions})
 target_link_libraries(Tarvex PRIVATE TarvexMacOS)

@@ -84,7 +84,7 @@ void run() {
     Desktop desktop;
     const ApplicationEntry entry =
         makeApplicationEntry(makeApplicationPlatform(desktop), desktop.viewWindows);
-    runApplication(*entry.delegate);
+    runApplication(*entry.delegate, [&entry] { entry.applicationController->showPreferences(); });
 }
 
 } // namespace

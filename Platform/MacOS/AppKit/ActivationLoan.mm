@@ -28,7 +28,14 @@ void ActivationLoan::borrow() {
 
 void ActivationLoan::giveBack(NSWindow* closing) {
     const auto lender = std::exchange(lender_, {});
-    if (lender && [NSApp isActive] && !hasTitledWindow(closing)) {
+    if (!lender || ![NSApp isActive] || hasTitledWindow(closing)) {
+        return;
+    }
+    // Where activation is cooperative, the active program has to let the other one have it.
+    if (@available(macOS 14.0, *)) {
+        [NSApp yieldActivationToApplication:lender.get()];
+        [lender.get() activateFromApplication:[NSRunningApplication currentApplication] options:0];
+    } else {
         [lender.get() activateWithOptions:0];
     }
 }

@@ -7,19 +7,21 @@
 
 using tarvex::AppDelegate;
 
-/// Hands what the system tells on to the portable delegate.
+/// Hands what the system tells on to the portable delegate, which outlives it.
 @interface TarvexApplicationDelegate : NSObject <NSApplicationDelegate> {
     AppDelegate* delegate_;
+    const std::function<void()>* reopened_;
 }
-- (instancetype)initWithDelegate:(AppDelegate*)delegate;
+- (instancetype)initWithDelegate:(AppDelegate*)delegate reopened:(const std::function<void()>*)reopened;
 @end
 
 @implementation TarvexApplicationDelegate
 
-- (instancetype)initWithDelegate:(AppDelegate*)delegate {
+- (instancetype)initWithDelegate:(AppDelegate*)delegate reopened:(const std::function<void()>*)reopened {
     self = [super init];
     if (self != nil) {
         delegate_ = delegate;
+        reopened_ = reopened;
     }
     return self;
 }
@@ -34,6 +36,20 @@ using tarvex::AppDelegate;
     return AppDelegate::applicationShouldTerminateAfterLastWindowClosed() ? YES : NO;
 }
 
+// No leaves nothing of it for the application object to do.
+- (BOOL)applicationShouldHandleReopen:(NSApplication*)application hasVisibleWindows:(BOOL)hasVisibleWindows {
+    static_cast<void>(application);
+    static_cast<void>(hasVisibleWindows);
+    tarvex::callGuarded(*reopened_);
+    return NO;
+}
+
+// The system writes a warning for a program that does not say so.
+- (BOOL)applicationSupportsSecureRestorableState:(NSApplication*)application {
+    static_cast<void>(application);
+    return YES;
+}
+
 @end
 
 namespace tarvex {
@@ -44,14 +60,21 @@ void prepareApplication() {
     }
 }
 
-void runApplication(AppDelegate& delegate) {
+void runApplication(AppDelegate& delegate, std::function<void()> reopened) {
     @autoreleasepool {
         const auto receiver = ObjCHandle<TarvexApplicationDelegate*>::adopt(
-            [[TarvexApplicationDelegate alloc] initWithDelegate:&delegate]);
+            [[TarvexApplicationDelegate alloc] initWithDelegate:&delegate reopened:&reopened]);
         NSApplication* const application = [NSApplication sharedApplication];
         [application setDelegate:receiver.get()];
         [application run];
         [application setDelegate:nil];
+    }
+}
+
+// The call is there on every macOS. The one that macOS 14 brought in its place makes the same request.
+void activateApplication() {
+    @autoreleasepool {
+        [NSApp activateIgnoringOtherApps:YES];
     }
 }
 

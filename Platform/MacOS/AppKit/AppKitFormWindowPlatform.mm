@@ -1,20 +1,49 @@
 #include "Platform/MacOS/AppKit/AppKitFormWindowPlatform.h"
 
+#include "Platform/MacOS/AppKit/AppKitApplication.h"
 #include "Platform/MacOS/AppKit/FormRealizer.h"
+#include "Platform/MacOS/AppKit/Guarded.h"
 #include "Platform/MacOS/AppKit/NativeGeometry.h"
 #include "Platform/MacOS/AppKit/NativeText.h"
+#include "Platform/MacOS/AppKit/NativeWindow.h"
 
 #import <AppKit/AppKit.h>
+#include <functional>
 #include <utility>
+
+/// A window that tells when it was closed: the toolkit's notice comes while it is still to be seen.
+@interface TarvexTitledWindow : NSWindow {
+    const std::function<void()>* closed_;
+}
+/// @param closed its owner takes it away again before it goes; null for nobody
+- (void)setClosed:(const std::function<void()>*)closed;
+@end
+
+@implementation TarvexTitledWindow
+
+- (void)setClosed:(const std::function<void()>*)closed {
+    closed_ = closed;
+}
+
+// The title bar and the keyboard close it through this, too.
+- (void)close {
+    const bool wasOpen = [self isVisible] == YES;
+    [super close];
+    if (wasOpen && closed_ != nullptr) {
+        tarvex::callGuarded(*closed_);
+    }
+}
+
+@end
 
 namespace tarvex {
 
 namespace {
 
 /// Closing hides the window and keeps it; only its handle releases it.
-ObjCHandle<NSWindow*> makeTitledWindow(const FormWindowAttributes& attributes) {
+ObjCHandle<TarvexTitledWindow*> makeTitledWindow(const FormWindowAttributes& attributes) {
     const NSRect content = NSMakeRect(0, 0, attributes.contentSize.width, attributes.contentSize.height);
-    auto window = ObjCHandle<NSWindow*>::adopt([[NSWindow alloc]
+    auto window = ObjCHandle<TarvexTitledWindow*>::adopt([[TarvexTitledWindow alloc]
         initWithContentRect:content
                   styleMask:static_cast<NSWindowStyleMask>(attributes.styleMask)
                     backing:NSBackingStoreBuffered
@@ -22,7 +51,6 @@ ObjCHandle<NSWindow*> makeTitledWindow(const FormWindowAttributes& attributes) {
     [window.get() setReleasedWhenClosed:NO];
     [window.get() setTitle:makeString(attributes.title).get()];
     [window.get() setLevel:attributes.level];
-    [window.get() setAutorecalculatesKeyViewLoop:YES];
     return window;
 }
 
@@ -36,6 +64,7 @@ public:
                 [window_.get() contentView],
                 [this](const std::string& controlId, double value) { handleUse(controlId, value); });
             layOut();
+            [window_.get() setClosed:&closed_];
         }
     }
 
@@ -46,6 +75,7 @@ public:
 
     ~AppKitFormWindow() override {
         @autoreleasepool {
+            [window_.get() setClosed:nullptr];
             [window_.get() close];
             keepForThisTurn(window_.get());
         }
@@ -74,7 +104,11 @@ public:
             if (isLayoutDue_) {
                 layOut();
             }
+            handOverPicture(window_.get());
             [window_.get() makeKeyAndOrderFront:nil];
+            if ([window_.get() firstResponder] == window_.get()) {
+                [window_.get() selectKeyViewFollowingView:[window_.get() contentView]];
+            }
         }
     }
 
@@ -98,7 +132,8 @@ private:
     MainLoop* mainLoop_;
     FormOwner* owner_;
     Size contentSize_;
-    ObjCHandle<NSWindow*> window_;
+    std::function<void()> closed_ = [this] { owner_->windowDidClose(); };
+    ObjCHandle<TarvexTitledWindow*> window_;
     std::unique_ptr<FormRealizer> controls_;
     bool isLayoutDue_ = false;
     /// Ends with the window, which tells a posted call that nobody wants it any more.
@@ -113,9 +148,7 @@ std::unique_ptr<FormWindow> AppKitFormWindowPlatform::makeFormWindow(const FormW
 }
 
 void AppKitFormWindowPlatform::activateIgnoringOtherApps() {
-    @autoreleasepool {
-        [NSApp activateIgnoringOtherApps:YES];
-    }
+    activateApplication();
 }
 
 } // namespace tarvex

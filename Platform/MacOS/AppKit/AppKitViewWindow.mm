@@ -1,5 +1,6 @@
 #include "Platform/MacOS/AppKit/AppKitViewWindow.h"
 
+#include "Platform/MacOS/AppKit/AppKitApplication.h"
 #include "Platform/MacOS/AppKit/AppKitViewWindowPlatform.h"
 #include "Platform/MacOS/AppKit/NativeGeometry.h"
 #include "Platform/MacOS/AppKit/SceneRenderer.h"
@@ -64,6 +65,7 @@ void AppKitViewWindow::makeKeyAndOrderFront() {
         activation_.borrow();
         realizeForm();
         [window_.get() makeFirstResponder:canvas_.get()];
+        handOverPicture(window_.get());
         [window_.get() makeKeyAndOrderFront:nil];
     }
 }
@@ -83,9 +85,7 @@ std::unique_ptr<ViewWindow> AppKitViewWindowPlatform::makeViewWindow(const Windo
 }
 
 void AppKitViewWindowPlatform::activateIgnoringOtherApps() {
-    @autoreleasepool {
-        [NSApp activateIgnoringOtherApps:YES];
-    }
+    activateApplication();
 }
 
 } // namespace tarvex

@@ -79,7 +79,7 @@ private:
             }
             if (std::exchange(needsDisplay_, false)) {
                 [canvas_.get() setNeedsDisplay:YES];
-                [window_.get() displayIfNeeded];
+                handOverPicture(window_.get());
             }
             [window_.get() orderFront:nil];
         }

@@ -13,6 +13,19 @@ NSColor* colorOrNil(const std::optional<Color>& color) {
     return color ? nativeColor(*color) : nil;
 }
 
+// A title with attributes of its own takes its alignment from them, and not from the button.
+ObjCHandle<NSAttributedString*> makeTitle(const Control& control, NSColor* color) {
+    const auto paragraph =
+        ObjCHandle<NSMutableParagraphStyle*>::adopt([[NSMutableParagraphStyle alloc] init]);
+    [paragraph.get() setAlignment:NSTextAlignmentCenter];
+    const auto title = ObjCHandle<NSMutableAttributedString*>::adopt([[NSMutableAttributedString alloc]
+        initWithAttributedString:makeAttributedString(control.text, control.font, color).get()]);
+    [title.get() addAttribute:NSParagraphStyleAttributeName
+                        value:paragraph.get()
+                        range:NSMakeRange(0, [title.get() length])];
+    return ObjCHandle<NSAttributedString*>::share(title.get());
+}
+
 void applyShadow(CALayer* layer, const ControlShadow& shadow) {
     [layer setShadowColor:[nativeColor(shadow.color) CGColor]];
     [layer setShadowOpacity:static_cast<float>(shadow.opacity)];
@@ -46,8 +59,7 @@ void applyButtonStyle(NSButton* button, const Control& control, const ButtonStyl
     [button setBezelColor:colorOrNil(style.bezelColor)];
     [button setContentTintColor:colorOrNil(style.contentTintColor)];
     if (style.titleColor) {
-        const auto title = makeAttributedString(control.text, control.font, nativeColor(*style.titleColor));
-        [button setAttributedTitle:title.get()];
+        [button setAttributedTitle:makeTitle(control, nativeColor(*style.titleColor)).get()];
     }
     if (needsLayer(style)) {
         [button setWantsLayer:YES];

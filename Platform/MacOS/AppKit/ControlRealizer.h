@@ -8,6 +8,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string>
 
 namespace tarvex {
 
@@ -45,9 +46,13 @@ protected:
     void listen(std::function<void()> used);
 
 private:
+    /// What assistive technology calls the control; empty for what it says itself.
+    void setName(const std::string& name);
+
     ObjCHandle<NSControl*> view_;
     std::unique_ptr<ActionTarget> target_;
     std::optional<Control> shown_;
+    std::string name_;
 };
 
 /// Gives a button the looks that it does not have from the system.

@@ -96,9 +96,23 @@ private:
     bool isCheckbox_;
 };
 
-bool hasWords(NSString* text) {
-    const NSRange found = [text rangeOfCharacterFromSet:[NSCharacterSet alphanumericCharacterSet]];
+bool hasWords(const std::string& text) {
+    const auto string = makeString(text);
+    const NSRange found = [string.get() rangeOfCharacterFromSet:[NSCharacterSet alphanumericCharacterSet]];
     return found.location != NSNotFound;
+}
+
+/// What assistive technology is to call a control that does not say it itself. Labels, buttons and boxes
+/// speak their text; a slider shows none, and a symbol alone says nothing to who hears it. Empty for the
+/// control's own.
+std::string spokenName(const Control& control) {
+    if (!control.accessibleName.empty()) {
+        return control.accessibleName;
+    }
+    if (!control.toolTip.empty() && !hasWords(control.text)) {
+        return control.toolTip;
+    }
+    return control.kind == ControlKind::slider ? control.text : std::string();
 }
 
 } // namespace
@@ -141,11 +155,16 @@ void ControlRealizer::realize(const Control& control) {
     [view setHidden:control.isHidden ? YES : NO];
     const auto toolTip = makeString(control.toolTip);
     [view setToolTip:control.toolTip.empty() ? nil : toolTip.get()];
-    // A symbol alone says nothing to who hears it.
-    const auto text = makeString(control.text);
-    const bool saysEnough = control.toolTip.empty() || hasWords(text.get());
-    [view setAccessibilityLabel:saysEnough ? text.get() : toolTip.get()];
+    setName(spokenName(control));
     shown_ = control;
+}
+
+// An empty name would silence the control's own.
+void ControlRealizer::setName(const std::string& name) {
+    if (name != name_) {
+        name_ = name;
+        [view_.get() setAccessibilityLabel:name.empty() ? nil : makeString(name).get()];
+    }
 }
 
 } // namespace tarvex

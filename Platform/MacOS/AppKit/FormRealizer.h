@@ -22,7 +22,7 @@ public:
     /// @param view the controls' superview
     FormRealizer(NSView* view, Used used);
 
-    /// Shows the form without calling anybody.
+    /// Shows the form without calling anybody. The keyboard reaches the controls in the form's order.
     void realize(const Form& form);
 
     /// Null when there is no control of that id.

@@ -49,9 +49,19 @@ void FormRealizer::setOrder(std::vector<std::string> ids) {
         return;
     }
     order_ = std::move(ids);
+    const auto views = ObjCHandle<NSMutableArray*>::adopt([[NSMutableArray alloc] init]);
     for (const std::string& controlId : order_) {
-        [view_.get() addSubview:view(controlId) positioned:NSWindowAbove relativeTo:nil];
+        [views.get() addObject:view(controlId)];
     }
+    // Adding a view once more would take it out of the window first, and the keyboard from it.
+    [view_.get() setSubviews:views.get()];
+    // The tabulator goes from one to the next, and from the superview to the first.
+    NSView* before = view_.get();
+    for (NSView* control in views.get()) {
+        [before setNextKeyView:control];
+        before = control;
+    }
+    [before setNextKeyView:view_.get()];
 }
 
 void FormRealizer::handleUse(const std::string& controlId, double value) {

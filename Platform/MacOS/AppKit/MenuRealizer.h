@@ -48,7 +48,12 @@ public:
 private:
     void fill(NSMenu* menu, const std::vector<MenuItem>& items);
     [[nodiscard]] ObjCHandle<NSMenuItem*> makeItem(const MenuItem& item);
-    void choose(NSMenuItem* item);
+    void choose(id native);
+
+    struct Choice {
+        ObjCHandle<NSMenuItem*> native;
+        MenuItem item;
+    };
 
     Renewal renewal_;
     Chosen chosen_;
@@ -57,8 +62,8 @@ private:
     ObjCHandle<NSMenu*> menu_;
     Menu shown_;
     bool isFilling_ = false;
-    /// The items with an action; each native item has its place here as its tag.
-    std::vector<MenuItem> choices_;
+    /// The items with an action.
+    std::vector<Choice> choices_;
 };
 
 } // namespace tarvex

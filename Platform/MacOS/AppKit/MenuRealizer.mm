@@ -3,6 +3,7 @@
 #include "Platform/MacOS/AppKit/Guarded.h"
 #include "Platform/MacOS/AppKit/NativeText.h"
 
+#include <algorithm>
 #include <utility>
 
 @implementation TarvexMenuDelegate
@@ -88,8 +89,7 @@ ObjCHandle<NSMenuItem*> MenuRealizer::makeItem(const MenuItem& item) {
     [native.get() setEnabled:item.isEnabled ? YES : NO];
     if (hasAction) {
         [native.get() setTarget:target_.object()];
-        [native.get() setTag:static_cast<NSInteger>(choices_.size())];
-        choices_.push_back(item);
+        choices_.push_back({native, item});
     }
     if (item.representedObject) {
         [native.get() setRepresentedObject:[NSNumber numberWithUnsignedInt:*item.representedObject]];
@@ -104,13 +104,18 @@ ObjCHandle<NSMenuItem*> MenuRealizer::makeItem(const MenuItem& item) {
     return native;
 }
 
-void MenuRealizer::choose(NSMenuItem* item) {
-    const NSInteger tag = [item tag];
-    if (tag < 0 || static_cast<std::size_t>(tag) >= choices_.size()) {
+void MenuRealizer::choose(id native) {
+    // The menu may have been renewed since the item was clicked, and the item be no longer in it.
+    const auto found = std::find_if(choices_.begin(), choices_.end(),
+                                    [&](const Choice& choice) { return choice.native.get() == native; });
+    if (found == choices_.end()) {
         return;
     }
-    // Copies, since the choice may be the end of all of this.
-    const MenuItem chosen = choices_[static_cast<std::size_t>(tag)];
+    // The choice may be the end of all of this, and of the item and the submenu that the toolkit is dealing
+    // with.
+    keepForThisTurn(found->native.get());
+    keepForThisTurn([found->native.get() menu]);
+    const MenuItem chosen = found->item;
     const Chosen report = chosen_;
     report(chosen);
 }

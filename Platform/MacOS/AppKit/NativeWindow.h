@@ -20,4 +20,9 @@ namespace tarvex {
 /// the handle's alone to do.
 [[nodiscard]] ObjCHandle<TarvexWindow*> makeNativeWindow(const WindowAttributes& attributes, NSView* content);
 
+/// Has the window's views drawn and their layers handed to the window server at once. Layers are handed over
+/// when the main loop is back otherwise, and a window that was ordered front before would show itself with
+/// the picture that it had when it was hidden.
+void handOverPicture(NSWindow* window);
+
 } // namespace tarvex

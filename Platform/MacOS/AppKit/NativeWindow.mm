@@ -3,6 +3,8 @@
 #include "Platform/MacOS/AppKit/NativeColors.h"
 #include "Platform/MacOS/AppKit/NativeGeometry.h"
 
+#import <QuartzCore/QuartzCore.h>
+
 @implementation TarvexWindow
 
 - (void)setCanBecomeKey:(BOOL)canBecomeKey main:(BOOL)canBecomeMain {
@@ -43,8 +45,14 @@ ObjCHandle<TarvexWindow*> makeNativeWindow(const WindowAttributes& attributes, N
     [window setHasShadow:attributes.hasShadow ? YES : NO];
     [window setIgnoresMouseEvents:attributes.ignoresMouseEvents ? YES : NO];
     [window setAcceptsMouseMovedEvents:attributes.acceptsMouseMovedEvents ? YES : NO];
+    [window setAnimationBehavior:NSWindowAnimationBehaviorNone];
     [window setContentView:content];
     return handle;
+}
+
+void handOverPicture(NSWindow* window) {
+    [window displayIfNeeded];
+    [CATransaction flush];
 }
 
 } // namespace tarvex

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #import <AppKit/AppKit.h>
+#include <functional>
 #include <string>
 
 namespace tarvex::test {
@@ -16,6 +17,9 @@ void startApplication();
 
 /// Hands out every event that has arrived.
 void handOutEvents();
+
+/// Lets the main loop run until the condition holds; false when it does not within ten seconds.
+bool waitUntil(const std::function<bool()>& condition);
 
 /// A test with the application object, and an autorelease pool around it all.
 class AppKitTest : public ::testing::Test {
@@ -47,6 +51,27 @@ protected:
 
 private:
     NSAutoreleasePool* pool_;
+};
+
+/// What a window was like whenever its picture was handed to the window server.
+class HandOvers {
+public:
+    explicit HandOvers(NSWindow* window);
+    HandOvers(const HandOvers&) = delete;
+    HandOvers& operator=(const HandOvers&) = delete;
+    HandOvers(HandOvers&&) = delete;
+    HandOvers& operator=(HandOvers&&) = delete;
+    ~HandOvers();
+
+    /// How often it had just been told to draw and was still hidden. GNUstep draws nothing in a hidden
+    /// window.
+    [[nodiscard]] int good() const { return good_; }
+
+    [[nodiscard]] int all() const { return all_; }
+
+private:
+    int good_ = 0;
+    int all_ = 0;
 };
 
 /// The middle of a control, in the coordinates of its window.

@@ -1,6 +1,7 @@
 #include "Tests/MacOS/GNUstep/AppKitTest.h"
 
 #include <array>
+#include <chrono>
 #include <cmath>
 #include <cstdio>
 
@@ -9,6 +10,10 @@ namespace tarvex::test {
 void startApplication() {
     @autoreleasepool {
         static const bool isLaunched = [] {
+            // The toolkit's own borders, as on a Mac: there is no window manager.
+            [[NSUserDefaults standardUserDefaults]
+                registerDefaults:[NSDictionary dictionaryWithObject:@"NO"
+                                                             forKey:@"GSBackHandlesWindowDecorations"]];
             [[TarvexTestApplication sharedApplication] finishLaunching];
             return true;
         }();
@@ -26,6 +31,20 @@ void handOutEvents() {
             [NSApp sendEvent:event];
         }
     }
+}
+
+bool waitUntil(const std::function<bool()>& condition) {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() >= deadline) {
+            return false;
+        }
+        @autoreleasepool {
+            [[NSRunLoop currentRunLoop] runMode:NSDefaultRunLoopMode
+                                     beforeDate:[NSDate dateWithTimeIntervalSinceNow:0.01]];
+        }
+    }
+    return true;
 }
 
 AppKitTest::AppKitTest() : pool_([[NSAutoreleasePool alloc] init]) {
@@ -93,6 +112,17 @@ void AppKitTest::click(NSWindow* window, const Point& location) {
     [NSApp postEvent:mouseEvent(NSLeftMouseUp, window, location) atStart:NO];
     [NSApp sendEvent:mouseEvent(NSLeftMouseDown, window, location)];
     endTurn();
+}
+
+HandOvers::HandOvers(NSWindow* window) {
+    watchFlushes([this, window](NSWindow* drawn) {
+        ++all_;
+        good_ += drawn == window && ![window isVisible] ? 1 : 0;
+    });
+}
+
+HandOvers::~HandOvers() {
+    watchFlushes({});
 }
 
 Point middleOf(NSView* view) {

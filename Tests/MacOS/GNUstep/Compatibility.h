@@ -4,6 +4,8 @@
 
 #import <AppKit/AppKit.h>
 #include <ServiceManagement/ServiceManagement.h>
+#include <functional>
+#include <objc/runtime.h>
 
 /// An application that shows key monitors the events before it hands them out, as AppKit does.
 @interface TarvexTestApplication : NSApplication
@@ -23,14 +25,19 @@
 + (int)activations;
 @end
 
-/// What the login item's service answers from now on.
-@interface SMAppService (TarvexTest)
-+ (void)setStatus:(NSInteger)status;
-@end
-
 namespace tarvex::test {
 
-void setLoginItemRefuses(bool refuses);
+/// Is called when layers are handed to the window server, with the window that was told to draw what it needs
+/// to since the last time, if one was; empty for nobody.
+void watchFlushes(std::function<void(NSWindow*)> watcher);
+
+/// Puts a function in the place of a method that the class has itself, and gives the one that was there.
+template <typename Result>
+auto replaceMethod(Class owner, SEL selector, Result (*function)(id, SEL)) -> Result (*)(id, SEL) {
+    const IMP replaced =
+        method_setImplementation(class_getInstanceMethod(owner, selector), reinterpret_cast<IMP>(function));
+    return reinterpret_cast<Result (*)(id, SEL)>(replaced);
+}
 
 /// How many key monitors are installed.
 [[nodiscard]] int keyMonitorCount();

@@ -8,11 +8,11 @@
 #include <vector>
 
 using tarvex::ObjCHandle;
+using tarvex::test::replaceMethod;
 
 namespace {
 
-/// What is remembered of an object that has no room for it. An object at the same address starts with what
-/// the last one there had, until it is given its own.
+/// What is remembered of a view or a window that has no room for it.
 struct Remembered {
     ObjCHandle<id> layer;
     ObjCHandle<id> accessibilityLabel;
@@ -20,11 +20,36 @@ struct Remembered {
     ObjCHandle<id> contentTintColor;
     ObjCHandle<NSMutableArray*> trackingAreas;
     NSWindowCollectionBehavior collectionBehavior = NSWindowCollectionBehaviorDefault;
+    NSWindowAnimationBehavior animationBehavior = NSWindowAnimationBehaviorDefault;
 };
 
-Remembered& rememberedOf(id object) {
+std::map<const void*, Remembered>& rememberedObjects() {
     static std::map<const void*, Remembered> objects;
-    return objects[static_cast<const void*>(object)];
+    return objects;
+}
+
+void (*deallocView)(id, SEL) = nullptr;
+void (*deallocWindow)(id, SEL) = nullptr;
+
+void forgetAndDeallocView(id view, SEL selector) {
+    rememberedObjects().erase(static_cast<const void*>(view));
+    deallocView(view, selector);
+}
+
+void forgetAndDeallocWindow(id window, SEL selector) {
+    rememberedObjects().erase(static_cast<const void*>(window));
+    deallocWindow(window, selector);
+}
+
+/// Until the object's end.
+Remembered& rememberedOf(id object) {
+    static const bool forgets = [] {
+        deallocView = replaceMethod([NSView class], @selector(dealloc), &forgetAndDeallocView);
+        deallocWindow = replaceMethod([NSWindow class], @selector(dealloc), &forgetAndDeallocWindow);
+        return true;
+    }();
+    static_cast<void>(forgets);
+    return rememberedObjects()[static_cast<const void*>(object)];
 }
 
 struct KeyMonitorEntry {
@@ -134,6 +159,14 @@ const CGFloat NSFontWeightBlack = 0.62;
 
 - (NSWindowCollectionBehavior)collectionBehavior {
     return rememberedOf(self).collectionBehavior;
+}
+
+- (void)setAnimationBehavior:(NSWindowAnimationBehavior)behavior {
+    rememberedOf(self).animationBehavior = behavior;
+}
+
+- (NSWindowAnimationBehavior)animationBehavior {
+    return rememberedOf(self).animationBehavior;
 }
 
 @end

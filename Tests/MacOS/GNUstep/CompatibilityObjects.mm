@@ -1,7 +1,7 @@
-#include "Platform/MacOS/AppKit/ObjCHandle.h"
 #include "Tests/MacOS/GNUstep/Compatibility.h"
 
-using tarvex::ObjCHandle;
+#include <functional>
+#include <utility>
 
 namespace {
 
@@ -11,8 +11,11 @@ NSMutableArray* shownStatusItems() {
 }
 
 int activationCount = 0;
-NSInteger loginItemStatus = SMAppServiceStatusNotRegistered;
-BOOL loginItemRefuses = NO;
+/// Whom this program lets become active.
+NSRunningApplication* yieldedTo = nil;
+std::function<void(NSWindow*)> flushWatcher;
+/// The window that was told to draw last; not its owner.
+NSWindow* toldToDraw = nil;
 
 /// GNUstep's colours keep no object of Core Graphics; the number that stands for one is the colour itself.
 void replace(NSColor*& held, CGColorRef color) {
@@ -22,19 +25,44 @@ void replace(NSColor*& held, CGColorRef color) {
     held = native;
 }
 
-BOOL changeLoginItem(NSInteger status, NSError** error) {
-    if (loginItemRefuses || loginItemStatus == status) {
-        *error = [NSError errorWithDomain:@"SMAppServiceErrorDomain"
-                                     code:1
-                                 userInfo:[NSDictionary dictionaryWithObject:@"Operation not permitted"
-                                                                      forKey:NSLocalizedDescriptionKey]];
-        return NO;
-    }
-    loginItemStatus = status;
-    return YES;
+void (*displayIfNeeded)(id, SEL) = nullptr;
+
+void noteAndDisplayIfNeeded(id window, SEL selector) {
+    toldToDraw = window;
+    displayIfNeeded(window, selector);
 }
 
 } // namespace
+
+@implementation CATransaction
+
++ (void)flush {
+    NSWindow* const window = std::exchange(toldToDraw, nil);
+    if (flushWatcher) {
+        flushWatcher(window);
+    }
+}
+
+@end
+
+@implementation NSApplication (TarvexCompatibilityActivation)
+
+- (void)yieldActivationToApplication:(NSRunningApplication*)application {
+    yieldedTo = application;
+}
+
+@end
+
+@implementation NSRunningApplication (TarvexCompatibility)
+
+- (BOOL)activateFromApplication:(NSRunningApplication*)application
+                        options:(NSApplicationActivationOptions)options {
+    static_cast<void>(application);
+    static_cast<void>(options);
+    return NO;
+}
+
+@end
 
 @implementation CALayer
 
@@ -260,8 +288,14 @@ BOOL changeLoginItem(NSInteger status, NSError** error) {
     return activationCount;
 }
 
-- (BOOL)activateWithOptions:(NSApplicationActivationOptions)options {
+// The compiler takes every macOS that it is asked about for there, so that the older call is never made here.
+- (BOOL)activateFromApplication:(NSRunningApplication*)application
+                        options:(NSApplicationActivationOptions)options {
     static_cast<void>(options);
+    if (yieldedTo != self || application != [NSRunningApplication currentApplication]) {
+        return NO;
+    }
+    yieldedTo = nil;
     ++activationCount;
     return YES;
 }
@@ -304,39 +338,15 @@ BOOL changeLoginItem(NSInteger status, NSError** error) {
 
 @end
 
-@implementation SMAppService
-
-+ (SMAppService*)mainAppService {
-    static SMAppService* const service = [[SMAppService alloc] init];
-    return service;
-}
-
-- (NSInteger)status {
-    return loginItemStatus;
-}
-
-- (BOOL)registerAndReturnError:(NSError**)error {
-    return changeLoginItem(SMAppServiceStatusEnabled, error);
-}
-
-- (BOOL)unregisterAndReturnError:(NSError**)error {
-    return changeLoginItem(SMAppServiceStatusNotRegistered, error);
-}
-
-@end
-
-@implementation SMAppService (TarvexTest)
-
-+ (void)setStatus:(NSInteger)status {
-    loginItemStatus = status;
-}
-
-@end
-
 namespace tarvex::test {
 
-void setLoginItemRefuses(bool refuses) {
-    loginItemRefuses = refuses;
+void watchFlushes(std::function<void(NSWindow*)> watcher) {
+    if (displayIfNeeded == nullptr) {
+        displayIfNeeded =
+            replaceMethod([NSWindow class], @selector(displayIfNeeded), &noteAndDisplayIfNeeded);
+    }
+    flushWatcher = std::move(watcher);
+    toldToDraw = nil;
 }
 
 } // namespace tarvex::test

@@ -116,6 +116,20 @@ TEST_F(FormTest, ClosingHidesAndShowingBringsBackTheSameWindow) {
     EXPECT_TRUE([native isVisible]);
 }
 
+TEST_F(FormTest, PictureIsHandedOverBeforeTheWindowShowsItselfAgain) {
+    owner_.shown = {{label("old")}};
+    NSWindow* const native = show();
+    window_->close();
+    owner_.shown = {{label("new")}};
+    window_->setNeedsLayout();
+    const HandOvers handOvers(native);
+    window_->makeKeyAndOrderFront();
+    EXPECT_TRUE([native isVisible]);
+    EXPECT_EQ(handOvers.all(), 1);
+    EXPECT_EQ(handOvers.good(), 1);
+    EXPECT_STREQ([[static_cast<NSTextField*>(subview(0)) stringValue] UTF8String], "new");
+}
+
 TEST_F(FormTest, LabelShowsItsTextAndCannotBeEdited) {
     Control shown = label("Cell margin");
     shown.alignment = TextAlignment::center;
@@ -245,7 +259,48 @@ TEST_F(FormTest, SymbolIsSpokenAsItsToolTip) {
     make();
     EXPECT_STREQ([[subview(0) accessibilityLabel] UTF8String], "Command");
     EXPECT_STREQ([[subview(0) toolTip] UTF8String], "Command");
-    EXPECT_STREQ([[subview(1) accessibilityLabel] UTF8String], "Launch at login");
+    EXPECT_EQ([subview(1) accessibilityLabel], nil);
+    owner_.shown.controls[0].text = "Launch";
+    window_->setNeedsLayout();
+    endTurn();
+    EXPECT_EQ([subview(0) accessibilityLabel], nil);
+}
+
+TEST_F(FormTest, SliderHasTheNameOfItsControlAndNoEmptyOne) {
+    Control named = slider(1);
+    named.text = "Cell margin";
+    Control nameless = slider(1);
+    nameless.id = "nameless";
+    owner_.shown = {{named, nameless, label("text")}};
+    make();
+    EXPECT_STREQ([[subview(0) accessibilityLabel] UTF8String], "Cell margin");
+    EXPECT_EQ([subview(1) accessibilityLabel], nil);
+    EXPECT_EQ([subview(2) accessibilityLabel], nil);
+}
+
+TEST_F(FormTest, NameOfItsOwnComesBeforeTheTextAndTheToolTip) {
+    Control close = button("first", {20, 20, 90, 30});
+    close.accessibleName = "Close (preferences)";
+    Control symbol = checkbox(0);
+    symbol.text = "\xE2\x8C\x98";
+    symbol.toolTip = "Command";
+    symbol.accessibleName = "Command (snapping)";
+    owner_.shown = {{close, symbol}};
+    make();
+    EXPECT_STREQ([[subview(0) accessibilityLabel] UTF8String], "Close (preferences)");
+    EXPECT_STREQ([[subview(1) accessibilityLabel] UTF8String], "Command (snapping)");
+}
+
+TEST_F(FormTest, ControlThatChangesItsPlaceStaysInTheWindow) {
+    owner_.shown = {{button("first", {20, 20, 90, 30}), button("second", {120, 20, 90, 30})}};
+    NSWindow* const native = show();
+    NSView* const first = subview(0);
+    ASSERT_TRUE([native makeFirstResponder:first]);
+    owner_.shown = {{slider(3), button("second", {120, 20, 90, 30}), button("first", {20, 20, 90, 30})}};
+    window_->setNeedsLayout();
+    endTurn();
+    EXPECT_EQ(subview(2), first);
+    EXPECT_EQ([native firstResponder], first);
 }
 
 TEST_F(FormTest, TextThatIsNoUtf8IsShownAllTheSame) {
@@ -278,6 +333,10 @@ TEST_F(FormTest, StyledButtonHasTheLookThatItWasGiven) {
                                                             atIndex:0
                                                      effectiveRange:nullptr];
     EXPECT_EQ([titleColor whiteComponent], 1);
+    NSParagraphStyle* const paragraph = [[native attributedTitle] attribute:NSParagraphStyleAttributeName
+                                                                    atIndex:0
+                                                             effectiveRange:nullptr];
+    EXPECT_EQ([paragraph alignment], NSTextAlignmentCenter);
     CALayer* const layer = [native layer];
     EXPECT_EQ([layer cornerRadius], 8);
     EXPECT_EQ([layer borderWidth], 2.5);

@@ -7,7 +7,6 @@
 #include "Tests/Contract/RecordingFormOwner.h"
 #include "Tests/MacOS/GNUstep/AppKitTest.h"
 
-#include <chrono>
 #include <functional>
 #include <memory>
 #include <utility>
@@ -48,17 +47,11 @@ Counted makeCounted() {
 
 class LifetimeTest : public AppKitTest {
 protected:
-    /// Lets the main loop run until the condition holds.
     bool waitUntil(const std::function<bool()>& condition) {
-        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-        while (!condition() && std::chrono::steady_clock::now() < deadline) {
-            @autoreleasepool {
-                endTurn();
-                [[NSRunLoop currentRunLoop] runMode:NSDefaultRunLoopMode
-                                         beforeDate:[NSDate dateWithTimeIntervalSinceNow:0.01]];
-            }
-        }
-        return condition();
+        return test::waitUntil([&] {
+            endTurn();
+            return condition();
+        });
     }
 
     /// Whether no window is left of what is made and destroyed by the deed.

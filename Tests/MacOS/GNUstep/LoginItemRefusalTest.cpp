@@ -1,4 +1,5 @@
 #include "Platform/MacOS/Shell/ServiceLoginItem.h"
+#include "Tests/MacOS/GNUstep/LoginItemService.h"
 
 #include <gtest/gtest.h>
 
@@ -6,10 +7,6 @@
 #include <string>
 
 namespace tarvex::test {
-
-/// What the login item's service answers from now on.
-void setLoginItemRefuses(bool refuses);
-
 namespace {
 
 // In plain C++, where what is thrown can be caught.

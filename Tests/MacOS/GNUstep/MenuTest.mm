@@ -156,6 +156,31 @@ TEST_F(MenuTest, IsRenewedWhenItIsAboutToOpen) {
     EXPECT_EQ(delegate_.chosen[0].representedObject, std::optional<std::uint32_t>(3));
 }
 
+TEST_F(MenuTest, ItemThatIsNoLongerInTheMenuChoosesNothing) {
+    make();
+    NSMenuItem* const old = [[submenu() itemAtIndex:1] retain];
+    delegate_.menu = menuWithDisplays({display("Three", 3), display("Four", 4)});
+    item_->setMenu(delegate_.menu);
+    [NSApp sendAction:[old action] to:[old target] from:old];
+    EXPECT_TRUE(delegate_.chosen.empty());
+    [old release];
+}
+
+TEST_F(MenuTest, ChosenEntryMayBeRenewedAway) {
+    make();
+    delegate_.onChoice = [this] {
+        delegate_.menu = menuWithDisplays({});
+        item_->setMenu(delegate_.menu);
+    };
+    NSMenuItem* const chosen = [submenu() itemAtIndex:0];
+    @autoreleasepool {
+        [[chosen menu] performActionForItemAtIndex:0];
+    }
+    // Alive, since the toolkit may not be done with it.
+    EXPECT_STREQ([[chosen title] UTF8String], "One");
+    EXPECT_EQ(delegate_.chosen.size(), 1U);
+}
+
 TEST_F(MenuTest, ItemMayEndInItsOwnChoice) {
     make();
     delegate_.onChoice = [this] { item_.reset(); };

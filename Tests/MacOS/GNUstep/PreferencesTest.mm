@@ -11,6 +11,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace tarvex::test {
 namespace {
@@ -34,17 +35,18 @@ protected:
 
     [[nodiscard]] TarvexConfigRef stored() const { return decodeTarvexConfig(files_.text()); }
 
-    /// The first control that shows the text, and is not hidden.
-    NSControl* controlNamed(const std::string& name) {
-        for (NSControl* control in [[native_ contentView] subviews]) {
-            if (![control isHidden] && name == [[control accessibilityLabel] UTF8String]) {
-                return control;
+    /// The first button or box that shows the text, and is not hidden.
+    NSButton* buttonTitled(const std::string& title) {
+        for (NSView* view in [[native_ contentView] subviews]) {
+            if ([view isKindOfClass:[NSButton class]] && ![view isHidden] &&
+                title == [[static_cast<NSButton*>(view) title] UTF8String]) {
+                return static_cast<NSButton*>(view);
             }
         }
         return nil;
     }
 
-    void clickOn(const std::string& name) { click(native_, middleOf(controlNamed(name))); }
+    void clickOn(const std::string& title) { click(native_, middleOf(buttonTitled(title))); }
 
     Journal journal_;
     SimulatedLog log_{journal_};
@@ -73,7 +75,7 @@ TEST_F(PreferencesTest, ClickOnACheckboxSavesTheSetting) {
 
 TEST_F(PreferencesTest, HotkeyIsRecordedFromTheNextKeyPress) {
     clickOn("Record\xE2\x80\xA6");
-    EXPECT_NE(controlNamed("Press keys\xE2\x80\xA6"), nil);
+    EXPECT_NE(buttonTitled("Press keys\xE2\x80\xA6"), nil);
     EXPECT_EQ(keyMonitorCount(), 1);
     [NSApp sendEvent:keyEvent(native_, 14, NSEventModifierFlagCommand | NSEventModifierFlagShift)];
     endTurn();
@@ -81,6 +83,25 @@ TEST_F(PreferencesTest, HotkeyIsRecordedFromTheNextKeyPress) {
     ASSERT_TRUE(stored()->openEditorHotkey().has_value());
     EXPECT_EQ(stored()->openEditorHotkey()->keyCode, 14U);
     EXPECT_EQ(stored()->openEditorHotkey()->modifiers, 0x300U);
+}
+
+TEST_F(PreferencesTest, SliderAndSymbolsAreSpokenByName) {
+    std::vector<std::string> names;
+    for (NSView* view in [[native_ contentView] subviews]) {
+        const bool isSymbol =
+            [view isKindOfClass:[NSButton class]] && [[static_cast<NSButton*>(view) title] length] == 1;
+        if (isSymbol || [view isKindOfClass:[NSSlider class]]) {
+            NSString* const name = [view accessibilityLabel];
+            names.emplace_back(name == nil ? "none" : [name UTF8String]);
+        }
+    }
+    std::vector<std::string> expected{"Cell margin"};
+    for (const std::string purpose : {" (single-zone snap)", " (multi-zone snap)"}) {
+        for (const std::string modifier : {"Command", "Shift", "Option", "Control"}) {
+            expected.push_back(modifier + purpose);
+        }
+    }
+    EXPECT_EQ(names, expected);
 }
 
 TEST_F(PreferencesTest, CloseHidesTheWindow) {

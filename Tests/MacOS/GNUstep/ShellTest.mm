@@ -7,6 +7,7 @@
 #include "Platform/MacOS/Shell/ServiceLoginItem.h"
 #include "Platform/MacOS/Shell/UserDirectories.h"
 #include "Tests/MacOS/GNUstep/AppKitTest.h"
+#include "Tests/MacOS/GNUstep/LoginItemService.h"
 
 #include <cstdlib>
 #include <memory>
@@ -30,7 +31,7 @@ protected:
     }
 
     ~ShellTest() override {
-        [SMAppService setStatus:SMAppServiceStatusNotRegistered];
+        setLoginItemStatus(SMAppServiceStatusNotRegistered);
         [window_ close];
         [window_ release];
     }
@@ -117,10 +118,10 @@ TEST_F(ShellTest, LoginItemStatusIsTheServices) {
     ServiceLoginItem item;
     EXPECT_EQ(item.status(), LoginItemStatus::notRegistered);
     for (const int status : {1, 2, 3}) {
-        [SMAppService setStatus:status];
+        setLoginItemStatus(status);
         EXPECT_EQ(static_cast<int>(item.status()), status);
     }
-    [SMAppService setStatus:17];
+    setLoginItemStatus(17);
     EXPECT_EQ(item.status(), LoginItemStatus::notRegistered);
 }
 

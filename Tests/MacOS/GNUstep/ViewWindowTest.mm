@@ -117,6 +117,15 @@ TEST_F(ViewWindowTest, IsHiddenUntilItIsShownAndThenHasTheKeyboard) {
     EXPECT_EQ(window_->frame(), (Rect{100, 80, 400, 300}));
 }
 
+TEST_F(ViewWindowTest, PictureIsHandedOverBeforeTheWindowShowsItself) {
+    const HandOvers handOvers(native_);
+    window_->makeKeyAndOrderFront();
+    EXPECT_TRUE([native_ isVisible]);
+    EXPECT_GE(handOvers.all(), 1);
+    EXPECT_EQ(handOvers.good(), handOvers.all());
+    EXPECT_GE(view_.draws, 1);
+}
+
 TEST_F(ViewWindowTest, FollowsThePointerAlsoInTheBackground) {
     EXPECT_EQ(trackingOptions([native_ contentView]),
               static_cast<NSUInteger>(NSTrackingMouseEnteredAndExited | NSTrackingMouseMoved |
@@ -257,7 +266,7 @@ TEST_F(ViewWindowTest, ProgramThatWasInFrontComesBackWhenTheWindowGoes) {
     ASSERT_TRUE([NSApp isActive]);
     EXPECT_EQ([TarvexTestRunningApplication activations], before);
     window_.reset();
-    EXPECT_EQ([TarvexTestRunningApplication activations], before + 1);
+    EXPECT_EQ([TarvexTestRunningApplication activations], before + 1) << "not let in, or not asked for";
 }
 
 TEST_F(ViewWindowTest, ProgramThatWasInFrontItselfStaysThere) {

@@ -138,6 +138,26 @@ TEST_F(WindowTest, PictureThatWasReplacedWhileHiddenIsNeverSeenAgain) {
     EXPECT_EQ(ViewPixels([native contentView]).countOthers({0, 0, 300, 200}, "000000"), 0);
 }
 
+TEST_F(WindowTest, PictureIsHandedOverBeforeTheWindowShowsItself) {
+    NSWindow* const native = make(attributes());
+    window_->setScene(filled({0, 0, 300, 200}));
+    window_->orderFront();
+    endTurn();
+    window_->orderOut();
+    endTurn();
+    const HandOvers handOvers(native);
+    window_->orderFront();
+    window_->setScene(filled({10, 20, 50, 40}));
+    endTurn();
+    EXPECT_TRUE([native isVisible]);
+    EXPECT_EQ(handOvers.all(), 1);
+    EXPECT_EQ(handOvers.good(), 1);
+}
+
+TEST_F(WindowTest, ComesAndGoesWithoutAnimation) {
+    EXPECT_EQ([make(attributes()) animationBehavior], NSWindowAnimationBehaviorNone);
+}
+
 TEST_F(WindowTest, DestroyingItClosesItAndForgetsWhatWasPosted) {
     const std::size_t before = windowCount();
     NSWindow* const native = [make(attributes()) retain];

@@ -44,7 +44,7 @@ static_assert((NSWindowStyleMaskTitled | NSWindowStyleMaskClosable) == 3);
 static_assert(NSBackingStoreBuffered == 2);
 static_assert((NSWindowCollectionBehaviorCanJoinAllSpaces | NSWindowCollectionBehaviorFullScreenAuxiliary) ==
               257);
-static_assert(NSWindowAbove == 1);
+static_assert(NSWindowAnimationBehaviorNone == 2);
 static_assert(NSApplicationActivationPolicyAccessory == 1);
 
 // Controls.
@@ -67,6 +67,7 @@ static_assert(SMAppServiceStatusNotFound == 3);
 
 /// Signatures.
 struct Signatures {
+    NSRange (*makeRange)(NSUInteger, NSUInteger) = &NSMakeRange;
     NSPoint (*makePoint)(CGFloat, CGFloat) = &NSMakePoint;
     NSSize (*makeSize)(CGFloat, CGFloat) = &NSMakeSize;
     NSRect (*makeRect)(CGFloat, CGFloat, CGFloat, CGFloat) = &NSMakeRect;

@@ -5,18 +5,6 @@
 #include <AppKit/Drawing.h>
 #include <AppKit/Windows.h>
 
-enum NSTextAlignment : NSInteger {
-    NSTextAlignmentLeft = 0,
-#if defined(__x86_64__)
-    NSTextAlignmentRight = 1,
-    NSTextAlignmentCenter = 2,
-#else
-    NSTextAlignmentCenter = 1,
-    NSTextAlignmentRight = 2,
-#endif
-    NSTextAlignmentNatural = 4,
-};
-
 enum NSLineBreakMode : NSUInteger {
     NSLineBreakByWordWrapping = 0,
     NSLineBreakByClipping = 2,
@@ -94,10 +82,9 @@ enum NSBezelStyle : NSUInteger {
 - (instancetype)initWithTitle:(NSString*)title action:(SEL)action keyEquivalent:(NSString*)keyEquivalent;
 - (void)setTarget:(id)target;
 - (void)setEnabled:(BOOL)enabled;
-- (void)setTag:(NSInteger)tag;
-- (NSInteger)tag;
 - (void)setRepresentedObject:(id)object;
 - (void)setSubmenu:(NSMenu*)submenu;
+- (NSMenu*)menu;
 @end
 
 @protocol NSMenuDelegate <NSObject>

@@ -36,7 +36,24 @@ extern "C" const NSFontWeight NSFontWeightBlack;
 + (NSFont*)monospacedDigitSystemFontOfSize:(CGFloat)size weight:(NSFontWeight)weight;
 @end
 
+enum NSTextAlignment : NSInteger {
+    NSTextAlignmentLeft = 0,
+#if defined(__x86_64__)
+    NSTextAlignmentRight = 1,
+    NSTextAlignmentCenter = 2,
+#else
+    NSTextAlignmentCenter = 1,
+    NSTextAlignmentRight = 2,
+#endif
+    NSTextAlignmentNatural = 4,
+};
+
+@interface NSMutableParagraphStyle : NSObject
+- (void)setAlignment:(NSTextAlignment)alignment;
+@end
+
 extern "C" NSString* const NSFontAttributeName;
+extern "C" NSString* const NSParagraphStyleAttributeName;
 extern "C" NSString* const NSForegroundColorAttributeName;
 
 @interface NSAttributedString (NSStringDrawing)

@@ -62,10 +62,6 @@ enum : NSTrackingAreaOptions {
                     userInfo:(NSDictionary*)userInfo;
 @end
 
-enum NSWindowOrderingMode : NSInteger {
-    NSWindowAbove = 1,
-};
-
 @interface NSView : NSResponder
 - (instancetype)initWithFrame:(NSRect)frame;
 - (NSRect)bounds;
@@ -79,7 +75,8 @@ enum NSWindowOrderingMode : NSInteger {
 - (BOOL)isOpaque;
 - (BOOL)acceptsFirstMouse:(NSEvent*)event;
 - (NSPoint)convertPoint:(NSPoint)point fromView:(NSView*)view;
-- (void)addSubview:(NSView*)view positioned:(NSWindowOrderingMode)place relativeTo:(NSView*)otherView;
+- (void)setSubviews:(NSArray*)views;
+- (void)setNextKeyView:(NSView*)view;
 - (void)removeFromSuperview;
 - (void)addTrackingArea:(NSTrackingArea*)area;
 - (void)drawRect:(NSRect)dirtyRect;
@@ -112,6 +109,11 @@ enum NSWindowCollectionBehavior : NSUInteger {
     NSWindowCollectionBehaviorFullScreenAuxiliary = 1 << 8,
 };
 
+enum NSWindowAnimationBehavior : NSInteger {
+    NSWindowAnimationBehaviorDefault = 0,
+    NSWindowAnimationBehaviorNone = 2,
+};
+
 @interface NSWindow : NSResponder
 - (instancetype)initWithContentRect:(NSRect)contentRect
                           styleMask:(NSWindowStyleMask)style
@@ -129,10 +131,12 @@ enum NSWindowCollectionBehavior : NSUInteger {
 - (void)setBackgroundColor:(NSColor*)color;
 - (void)setLevel:(NSWindowLevel)level;
 - (void)setCollectionBehavior:(NSWindowCollectionBehavior)behavior;
+- (void)setAnimationBehavior:(NSWindowAnimationBehavior)behavior;
 - (void)setHasShadow:(BOOL)hasShadow;
 - (void)setIgnoresMouseEvents:(BOOL)ignores;
 - (void)setAcceptsMouseMovedEvents:(BOOL)accepts;
-- (void)setAutorecalculatesKeyViewLoop:(BOOL)recalculates;
+- (NSResponder*)firstResponder;
+- (void)selectKeyViewFollowingView:(NSView*)view;
 - (BOOL)canBecomeKeyWindow;
 - (BOOL)canBecomeMainWindow;
 - (BOOL)isKeyWindow;
@@ -154,7 +158,11 @@ enum NSApplicationActivationPolicy : NSInteger {
 typedef NSUInteger NSApplicationActivationOptions;
 
 @interface NSRunningApplication : NSObject
++ (NSRunningApplication*)currentApplication;
 - (BOOL)activateWithOptions:(NSApplicationActivationOptions)options;
+- (BOOL)activateFromApplication:(NSRunningApplication*)application
+                        options:(NSApplicationActivationOptions)options
+    __attribute__((availability(macos, introduced = 14.0)));
 @end
 
 @interface NSWorkspace : NSObject
@@ -168,13 +176,19 @@ typedef NSUInteger NSApplicationActivationOptions;
 @optional
 - (void)applicationDidFinishLaunching:(NSNotification*)notification;
 - (BOOL)applicationShouldTerminateAfterLastWindowClosed:(NSApplication*)application;
+- (BOOL)applicationShouldHandleReopen:(NSApplication*)application hasVisibleWindows:(BOOL)hasVisibleWindows;
+- (BOOL)applicationSupportsSecureRestorableState:(NSApplication*)application
+    __attribute__((availability(macos, introduced = 12.0)));
 @end
 
 @interface NSApplication : NSResponder
 + (NSApplication*)sharedApplication;
 - (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)policy;
 - (void)setDelegate:(id<NSApplicationDelegate>)delegate;
-- (void)activateIgnoringOtherApps:(BOOL)ignores;
+- (void)activateIgnoringOtherApps:(BOOL)ignores
+    __attribute__((availability(macos, introduced = 10.0, deprecated = 27.0)));
+- (void)yieldActivationToApplication:(NSRunningApplication*)application
+    __attribute__((availability(macos, introduced = 14.0)));
 - (BOOL)isActive;
 - (NSArray*)windows;
 - (NSWindow*)keyWindow;

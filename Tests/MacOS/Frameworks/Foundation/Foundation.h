@@ -29,6 +29,10 @@ struct NSRange {
     NSUInteger length;
 };
 
+inline NSRange NSMakeRange(NSUInteger location, NSUInteger length) {
+    return {location, length};
+}
+
 inline NSPoint NSMakePoint(CGFloat x, CGFloat y) {
     return {x, y};
 }
@@ -97,6 +101,12 @@ enum : NSStringEncoding {
 
 @interface NSAttributedString : NSObject
 - (instancetype)initWithString:(NSString*)string attributes:(NSDictionary*)attributes;
+- (instancetype)initWithAttributedString:(NSAttributedString*)string;
+- (NSUInteger)length;
+@end
+
+@interface NSMutableAttributedString : NSAttributedString
+- (void)addAttribute:(NSString*)name value:(id)value range:(NSRange)range;
 @end
 
 @interface NSData : NSObject
@@ -117,6 +127,10 @@ struct NSFastEnumerationState {
 - (NSUInteger)countByEnumeratingWithState:(NSFastEnumerationState*)state
                                   objects:(__unsafe_unretained id*)buffer
                                     count:(NSUInteger)length;
+@end
+
+@interface NSMutableArray : NSArray
+- (void)addObject:(id)object;
 @end
 
 @interface NSDictionary : NSObject

@@ -6,6 +6,10 @@
 
 typedef struct CGColor* CGColorRef;
 
+@interface CATransaction : NSObject
++ (void)flush;
+@end
+
 @interface CALayer : NSObject
 - (void)setCornerRadius:(CGFloat)radius;
 - (void)setBorderWidth:(CGFloat)width;

@@ -18,6 +18,11 @@ enum : NSUInteger {
 constexpr NSButtonType NSButtonTypeSwitch = NSSwitchButton;
 constexpr NSButtonType NSButtonTypeMomentaryPushIn = NSMomentaryPushInButton;
 
+enum NSWindowAnimationBehavior : NSInteger {
+    NSWindowAnimationBehaviorDefault = 0,
+    NSWindowAnimationBehaviorNone = 2,
+};
+
 extern const CGFloat NSFontWeightLight;
 extern const CGFloat NSFontWeightRegular;
 extern const CGFloat NSFontWeightMedium;
@@ -50,6 +55,11 @@ extern const CGFloat NSFontWeightBlack;
 - (NSString*)accessibilityLabel;
 @end
 
+@interface NSWindow (TarvexCompatibility)
+- (void)setAnimationBehavior:(NSWindowAnimationBehavior)behavior;
+- (NSWindowAnimationBehavior)animationBehavior;
+@end
+
 @interface NSButton (TarvexCompatibility)
 - (void)setBezelColor:(NSColor*)color;
 - (NSColor*)bezelColor;
@@ -64,6 +74,15 @@ extern const CGFloat NSFontWeightBlack;
 
 @interface NSApplication (TarvexCompatibility)
 - (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)policy;
+@end
+
+@interface NSApplication (TarvexCompatibilityActivation)
+- (void)yieldActivationToApplication:(NSRunningApplication*)application;
+@end
+
+@interface NSRunningApplication (TarvexCompatibility)
+- (BOOL)activateFromApplication:(NSRunningApplication*)application
+                        options:(NSApplicationActivationOptions)options;
 @end
 
 @interface NSImageSymbolConfiguration : NSObject {

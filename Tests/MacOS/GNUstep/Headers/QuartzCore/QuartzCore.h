@@ -2,6 +2,11 @@
 
 #include <AppKit/AppKit.h>
 
+/// GNUstep's windows have no layers to hand over; a test may ask for when it would be done.
+@interface CATransaction : NSObject
++ (void)flush;
+@end
+
 /// A layer that remembers how it should look.
 @interface CALayer : NSObject {
     CGFloat cornerRadius_;
