@@ -69,12 +69,17 @@ protected:
     static void clickIn(Desktop& desktop, xcb_window_t window, PixelPoint point) {
         const auto content = desktop.client.geometryInRoot(window);
         ASSERT_TRUE(content.has_value());
-        press(desktop, {content->x + point.x, content->y + point.y});
+        click(desktop, {content->x + point.x, content->y + point.y});
+    }
+
+    static void click(Desktop& desktop, PixelPoint point) {
+        press(desktop, point);
         desktop.pointer.release();
     }
 
     /// The window manager looks at every press before the window gets it, and meanwhile the server holds the
-    /// pointer. Were it to move on by then, as no hand could, the release would be told at the later place.
+    /// pointer. Were it to move on by then, as no hand could, the release would be told at the later place;
+    /// and a key that is pressed by then would be told before the release.
     static void press(Desktop& desktop, PixelPoint point) {
         desktop.pointer.moveTo(point);
         desktop.pointer.press();
