@@ -40,16 +40,6 @@ protected:
 
     void use(Desktop& desktop, PixelPoint place) { clickIn(desktop, window_, place); }
 
-    static bool isKeyboardTaken(Desktop& desktop) {
-        xcb_connection_t* const connection = desktop.client.connection();
-        // Both requests reach the server together, so that nobody else comes between them.
-        const auto cookie = xcb_grab_keyboard(connection, 0, desktop.client.root(), XCB_CURRENT_TIME,
-                                              XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
-        xcb_ungrab_keyboard(connection, XCB_CURRENT_TIME);
-        const Owned<xcb_grab_keyboard_reply_t> reply(xcb_grab_keyboard_reply(connection, cookie, nullptr));
-        return reply && reply->status == XCB_GRAB_STATUS_ALREADY_GRABBED;
-    }
-
     /// Presses a "Record…" button and waits until the next key counts.
     void record(Desktop& desktop, PixelPoint button) {
         use(desktop, button);

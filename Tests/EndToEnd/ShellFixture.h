@@ -86,6 +86,17 @@ protected:
         desktop.windowManager->barrier();
     }
 
+    /// Whether somebody has all keys for himself, as a recording or an open menu.
+    static bool isKeyboardTaken(Desktop& desktop) {
+        xcb_connection_t* const connection = desktop.client.connection();
+        // Both requests reach the server together, so that nobody else comes between them.
+        const auto cookie = xcb_grab_keyboard(connection, 0, desktop.client.root(), XCB_CURRENT_TIME,
+                                              XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+        xcb_ungrab_keyboard(connection, XCB_CURRENT_TIME);
+        const Owned<xcb_grab_keyboard_reply_t> reply(xcb_grab_keyboard_reply(connection, cookie, nullptr));
+        return reply && reply->status == XCB_GRAB_STATUS_ALREADY_GRABBED;
+    }
+
     static nlohmann::json config(Desktop& desktop) {
         return nlohmann::json::parse(configText(desktop), nullptr, false);
     }

@@ -41,6 +41,7 @@ protected:
         const std::size_t before = popUps(desktop);
         click(desktop, tray_->icons().front().center());
         desktop.client.waitUntil([&] { return popUps(desktop) > before; }, "the menu is open");
+        desktop.client.waitUntil([&] { return isKeyboardTaken(desktop); }, "the menu has the keyboard");
         for (const std::uint32_t keysym : keys) {
             desktop.keyboard.tap(keysym);
         }

@@ -3,6 +3,8 @@
 #include "Platform/Linux/Qt/GridGlyph.h"
 #include "Platform/Linux/Qt/ToolkitConnection.h"
 
+#include <QAbstractNativeEventFilter>
+#include <QCoreApplication>
 #include <QCursor>
 #include <QIcon>
 #include <QMouseEvent>
@@ -12,6 +14,7 @@
 #include <QWindow>
 
 #include <array>
+#include <cmath>
 #include <cstdint>
 #include <string>
 
@@ -60,7 +63,7 @@ Tray findTray(XConnection& connection) {
 
 /// The picture in the tray. In a tray whose windows can be seen through it is painted on nothing, in another
 /// one on what the tray's own window shows behind it.
-class EmbeddedTrayForm::Icon final : public QWidget {
+class EmbeddedTrayForm::Icon final : public QWidget, private QAbstractNativeEventFilter {
 public:
     Icon(QMenu& menu, const Tray& tray)
         : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint | Qt::BypassWindowManagerHint),
@@ -77,10 +80,12 @@ public:
             forget(xcb_change_window_attributes_checked(toolkitConnection(), window, XCB_CW_BACK_PIXMAP,
                                                         &background));
         }
+        tellSize(window);
         windowHandle()->installEventFilter(this);
     }
 
-    /// Asks the tray to take the window in. The toolkit has set _XEMBED_INFO.
+    /// Asks the tray to take the window in. The toolkit has set _XEMBED_INFO. The window is shown once it is
+    /// there: some trays take one that was shown before for one that wants to be hidden.
     void dock(const Tray& tray, xcb_atom_t opcode) {
         xcb_client_message_event_t event{};
         event.response_type = XCB_CLIENT_MESSAGE;
@@ -93,7 +98,7 @@ public:
         // Over the toolkit's connection, since the window has to be there first.
         forget(xcb_send_event_checked(toolkitConnection(), 0, tray.window, XCB_EVENT_MASK_NO_EVENT,
                                       reinterpret_cast<const char*>(&event)));
-        show();
+        QCoreApplication::instance()->installNativeEventFilter(this);
     }
 
 protected:
@@ -128,6 +133,30 @@ protected:
     }
 
 private:
+    bool nativeEventFilter(const QByteArray& /*type*/, void* message, qintptr* /*result*/) override {
+        const auto& event = *static_cast<const xcb_reparent_notify_event_t*>(message);
+        if ((event.response_type & 0x7F) == XCB_REPARENT_NOTIFY && event.window == winId()) {
+            QCoreApplication::instance()->removeNativeEventFilter(this);
+            // At once: the toolkit does not expect to hear first that the tray has shown the window.
+            show();
+        }
+        return false;
+    }
+
+    // A tray may ask for the size as soon as it hears of the window; the toolkit tells it no sooner than the
+    // window is shown, which is too late for some.
+    void tellSize(xcb_window_t window) const {
+        constexpr std::uint32_t hasSmallestSize = 1U << 4U;
+        const auto side = static_cast<std::uint32_t>(std::lround(standardSide * devicePixelRatioF()));
+        std::array<std::uint32_t, 18> sizeHints{};
+        sizeHints[0] = hasSmallestSize;
+        sizeHints[5] = side;
+        sizeHints[6] = side;
+        forget(xcb_change_property_checked(toolkitConnection(), XCB_PROP_MODE_REPLACE, window,
+                                           XCB_ATOM_WM_NORMAL_HINTS, XCB_ATOM_WM_SIZE_HINTS, 32,
+                                           static_cast<std::uint32_t>(sizeHints.size()), sizeHints.data()));
+    }
+
     // The tray may be gone, and with it the window.
     static void forget(xcb_void_cookie_t request) {
         xcb_discard_reply(toolkitConnection(), request.sequence);

@@ -7,6 +7,7 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace tarvex::contract {
 
@@ -36,6 +37,13 @@ public:
                              place.data());
         client_.sync();
     }
+
+    /// Whether the icon was shown already when the tray took it in, which some trays take for one that is to
+    /// be hidden.
+    [[nodiscard]] bool wasShownBefore() const { return wasShownBefore_; }
+
+    /// Whether the icon had told by then how large it must be at least.
+    [[nodiscard]] bool hasToldSize() const { return hasToldSize_; }
 
     /// What the icon's window holds at a place, alpha first where there is any; none while it cannot be read.
     [[nodiscard]] std::optional<std::uint32_t> pixel(int x, int y) {
@@ -92,6 +100,9 @@ private:
             return;
         }
         icon_ = message.data.data32[2];
+        wasShownBefore_ = client_.isViewable(icon_);
+        const std::vector<std::uint32_t> hints = client_.words(icon_, "WM_NORMAL_HINTS");
+        hasToldSize_ = hints.size() > 6 && hints[5] > 0 && hints[5] == hints[6];
         const std::array<std::uint32_t, 2> size{iconSide, iconSide};
         xcb_reparent_window(client_.connection(), icon_, window_, iconSide / 2, iconSide / 2);
         xcb_configure_window(client_.connection(), icon_, XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT,
@@ -103,6 +114,8 @@ private:
     test::XClient client_;
     xcb_window_t window_ = XCB_WINDOW_NONE;
     xcb_window_t icon_ = XCB_WINDOW_NONE;
+    bool wasShownBefore_ = false;
+    bool hasToldSize_ = false;
 };
 
 } // namespace tarvex::contract

@@ -246,6 +246,8 @@ TEST_P(EmbeddedItemPicture, LetsTheTrayBeSeenBehindIt) {
                tray.pixel(0, 0) == (hasAlpha ? 0 : color);
     };
     EXPECT_TRUE(desktop.waitUntil([&] { return isPaintedOn(blue); }));
+    EXPECT_FALSE(tray.wasShownBefore());
+    EXPECT_TRUE(tray.hasToldSize());
     tray.change(green);
     EXPECT_TRUE(desktop.waitUntil([&] { return isPaintedOn(green); }));
 }

@@ -42,7 +42,9 @@ std::vector<PixelRect> TrayHost::icons() {
 // Toolkits mark every window of theirs as one that may be embedded; those inside the tray's are.
 void TrayHost::collectIcons(xcb_window_t window, bool isInTray, std::vector<PixelRect>& found) {
     if (isInTray && client_.hasProperty(window, "_XEMBED_INFO") && client_.isViewable(window)) {
-        if (const auto geometry = client_.geometryInRoot(window)) {
+        const auto geometry = client_.geometryInRoot(window);
+        // A place of no width is one of an icon that the tray believes to be hidden.
+        if (geometry && geometry->width == geometry->height) {
             found.push_back(*geometry);
         }
         return;

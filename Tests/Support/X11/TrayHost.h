@@ -21,7 +21,7 @@ public:
     /// Starts it again after end() and waits until it takes icons.
     void start();
 
-    /// Where the icons in it are, in root pixels.
+    /// Where the icons in it are that it has given their room, in root pixels.
     [[nodiscard]] std::vector<PixelRect> icons();
 
 private:
