@@ -47,6 +47,12 @@ bool isOutlined(Desktop& desktop, const Screenshot& before, const PixelRect& zon
     return true;
 }
 
+/// Between the two zones and at the lower edge.
+void expectMarginsUntouched(Desktop& desktop, const Screenshot& before) {
+    EXPECT_TRUE(isUntouched(desktop, before, {638, 700, 4, 300}));
+    EXPECT_TRUE(isUntouched(desktop, before, {0, 1020, 1280, 4}));
+}
+
 TEST_P(Overlay, ShowsTheZonesWhileTheKeysAreHeld) {
     Desktop& desktop = start(withoutRestore());
     TestWindow window(desktop.server.displayName());
@@ -61,9 +67,7 @@ TEST_P(Overlay, ShowsTheZonesWhileTheKeysAreHeld) {
                              "the left zone is outlined");
     EXPECT_TRUE(isUntouched(desktop, before, insideLeft))
         << "the zone that is not selected is not see-through";
-    // The margins between and around the zones stay as they are.
-    EXPECT_TRUE(isUntouched(desktop, before, {638, 700, 4, 300}));
-    EXPECT_TRUE(isUntouched(desktop, before, {0, 1020, 1280, 4}));
+    expectMarginsUntouched(desktop, before);
     drag.releaseToNoMatch(key::super);
     desktop.client.waitUntil([&] { return Screenshot(desktop.client) == before; }, "the zones are gone");
 }
@@ -87,8 +91,7 @@ protected:
             desktop.client.waitUntil([&] { return isOutlined(desktop, before, zoneFrame(area, zone)); },
                                      "the zone is outlined at its edges");
         }
-        EXPECT_TRUE(isUntouched(desktop, before, {638, 700, 4, 300}));
-        EXPECT_TRUE(isUntouched(desktop, before, {0, 1020, 1280, 4}));
+        expectMarginsUntouched(desktop, before);
         drag.dropAndExpect(zoneFrame(area, rightHalf));
     }
 };
