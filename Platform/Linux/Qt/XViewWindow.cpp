@@ -14,8 +14,6 @@ namespace {
 
 constexpr std::uint8_t leftButton = 1;
 constexpr std::uint8_t rightButton = 3;
-constexpr std::uint8_t firstWheelButton = 4;
-constexpr std::uint8_t lastWheelButton = 7;
 /// Those that are held down, not the ones of a wheel.
 constexpr std::uint32_t heldButtons = XCB_BUTTON_MASK_1 | XCB_BUTTON_MASK_2 | XCB_BUTTON_MASK_3;
 
@@ -246,8 +244,7 @@ MouseEvent XViewWindow::mouseEventAt(int x, int y, std::uint32_t state) {
 }
 
 void XViewWindow::handlePress(const xcb_button_press_event_t& event) {
-    const bool isWheel = event.detail >= firstWheelButton && event.detail <= lastWheelButton;
-    if (!isOurs(event.event) || isWheel || !keyboard_->notePress()) {
+    if (!isOurs(event.event) || isWheelButton(event.detail) || !keyboard_->notePress()) {
         return;
     }
     const MouseEvent mouse = mouseEventAt(event.event_x, event.event_y, event.state);

@@ -11,8 +11,6 @@ namespace {
 /// Raw events come to everybody from this version on, also while somebody holds the pointer.
 constexpr std::uint16_t inputMajor = 2;
 constexpr std::uint16_t inputMinor = 2;
-constexpr std::uint32_t firstWheelButton = 4;
-constexpr std::uint32_t lastWheelButton = 7;
 
 } // namespace
 
@@ -57,7 +55,7 @@ void ButtonPressWatch::select(std::uint32_t eventMask) {
 void ButtonPressWatch::handle(const xcb_generic_event_t& event) {
     const auto& press = reinterpret_cast<const xcb_input_raw_button_press_event_t&>(event);
     const bool isPress = press.extension == opcode_ && press.event_type == XCB_INPUT_RAW_BUTTON_PRESS;
-    if (isPress && (press.detail < firstWheelButton || press.detail > lastWheelButton)) {
+    if (isPress && !isWheelButton(press.detail)) {
         pressed_();
     }
 }

@@ -9,6 +9,11 @@
 
 namespace tarvex {
 
+/// Whether a button of that number is a step of a wheel, in any direction, as the X server counts them.
+[[nodiscard]] constexpr bool isWheelButton(std::uint32_t button) {
+    return button >= 4 && button <= 7;
+}
+
 /// Hears of every press of a mouse button, whoever gets it, for as long as it lives (XInput 2.2, raw events).
 /// Steps of a wheel are no presses. On a server without that extension it hears of none.
 class ButtonPressWatch {

@@ -159,11 +159,7 @@ void KeyboardKeeper::stepBehind(xcb_window_t ownWindow) {
 }
 
 void KeyboardKeeper::lieBehind() {
-    xcb_configure_window_value_list_t values{};
-    values.sibling = front_;
-    values.stack_mode = XCB_STACK_MODE_BELOW;
-    connection_->discard(xcb_configure_window_aux_checked(
-        connection_->get(), window_, XCB_CONFIG_WINDOW_SIBLING | XCB_CONFIG_WINDOW_STACK_MODE, &values));
+    restackBeside(*connection_, window_, front_, XCB_STACK_MODE_BELOW);
 }
 
 bool KeyboardKeeper::isOwn(xcb_window_t window) const {

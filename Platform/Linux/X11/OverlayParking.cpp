@@ -50,4 +50,13 @@ void raiseToTop(XConnection& connection, xcb_window_t window) {
     restack(connection, window, XCB_STACK_MODE_ABOVE);
 }
 
+void restackBeside(XConnection& connection, xcb_window_t window, xcb_window_t sibling,
+                   xcb_stack_mode_t mode) {
+    xcb_configure_window_value_list_t values{};
+    values.sibling = sibling;
+    values.stack_mode = mode;
+    connection.discard(xcb_configure_window_aux_checked(
+        connection.get(), window, XCB_CONFIG_WINDOW_SIBLING | XCB_CONFIG_WINDOW_STACK_MODE, &values));
+}
+
 } // namespace tarvex

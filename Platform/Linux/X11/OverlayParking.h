@@ -24,4 +24,7 @@ void lowerToBottom(XConnection& connection, xcb_window_t window);
 /// Puts the window above all others.
 void raiseToTop(XConnection& connection, xcb_window_t window);
 
+/// Puts the window right above or below a sibling. Nothing happens when that has gone.
+void restackBeside(XConnection& connection, xcb_window_t window, xcb_window_t sibling, xcb_stack_mode_t mode);
+
 } // namespace tarvex

@@ -1,6 +1,7 @@
 #include "Platform/Linux/X11/TopmostKeeper.h"
 
 #include "Platform/Linux/X11/EventMask.h"
+#include "Platform/Linux/X11/OverlayParking.h"
 #include "Platform/Linux/X11/XAtoms.h"
 
 #include <algorithm>
@@ -89,7 +90,7 @@ void TopmostKeeper::keepOnTop(xcb_window_t window, const PixelRect& frame) {
             levelOf(*other, manager.words.empty() ? std::nullopt : std::optional(manager.words.front()));
         if (level == Level::below) {
             if (other->isAbove && mayRaise()) {
-                restack(window, other->window, XCB_STACK_MODE_ABOVE);
+                restackBeside(*connection_, window, other->window, XCB_STACK_MODE_ABOVE);
                 return;
             }
             break;
@@ -99,7 +100,7 @@ void TopmostKeeper::keepOnTop(xcb_window_t window, const PixelRect& frame) {
         }
     }
     if (lowestOfHigher) {
-        restack(window, *lowestOfHigher, XCB_STACK_MODE_BELOW);
+        restackBeside(*connection_, window, *lowestOfHigher, XCB_STACK_MODE_BELOW);
     }
 }
 
@@ -187,14 +188,6 @@ std::vector<xcb_window_t> TopmostKeeper::findClients(xcb_window_t frame) {
         }
     }
     return clients;
-}
-
-void TopmostKeeper::restack(xcb_window_t window, xcb_window_t sibling, xcb_stack_mode_t mode) {
-    xcb_configure_window_value_list_t values{};
-    values.sibling = sibling;
-    values.stack_mode = mode;
-    connection_->discard(xcb_configure_window_aux_checked(
-        connection_->get(), window, XCB_CONFIG_WINDOW_SIBLING | XCB_CONFIG_WINDOW_STACK_MODE, &values));
 }
 
 bool TopmostKeeper::mayRaise() {

@@ -79,7 +79,6 @@ private:
     [[nodiscard]] std::vector<xcb_window_t> readChildren(xcb_window_t window);
     /// The windows of others that the window holds.
     [[nodiscard]] std::vector<xcb_window_t> findClients(xcb_window_t frame);
-    void restack(xcb_window_t window, xcb_window_t sibling, xcb_stack_mode_t mode);
     [[nodiscard]] bool mayRaise();
 
     XConnection* connection_;
