@@ -38,19 +38,52 @@ void ConfigStore::saveConfig(const TarvexConfig& config) {
     const std::string url = getConfigUrl();
     const std::string data = encodeConfig(config);
     loggingFailure(logger_, "Failed to write config: ", [&] {
-        keepUnreadable(url);
-        fileManager_->writeFileAtomically(url, data);
+        const Kept kept = canBeLoaded(url) ? Kept{} : keep(url);
+        try {
+            fileManager_->writeFileAtomically(url, data);
+        } catch (const std::exception&) {
+            bringBack(kept, url);
+            throw;
+        }
+        if (!kept.failure.empty()) {
+            logger_.error("Failed to keep the config that was replaced: " + kept.failure);
+        }
     });
 }
 
-void ConfigStore::keepUnreadable(const std::string& url) {
+bool ConfigStore::canBeLoaded(const std::string& url) {
     if (!fileManager_->fileExists(url)) {
-        return;
+        return true;
     }
     try {
         static_cast<void>(decodeTarvexConfig(fileManager_->readFile(url)));
+        return true;
     } catch (const std::exception&) {
-        fileManager_->keepCopy(url, url + ".bak");
+        return false;
+    }
+}
+
+ConfigStore::Kept ConfigStore::keep(const std::string& url) {
+    Kept kept;
+    for (const char* suffix : {".bak", ".bak.1"}) {
+        try {
+            fileManager_->keepCopy(url, url + suffix);
+            return {url + suffix, {}};
+        } catch (const std::exception& error) {
+            kept.failure = error.what();
+        }
+    }
+    return kept;
+}
+
+void ConfigStore::bringBack(const Kept& kept, const std::string& url) {
+    if (kept.url.empty() || fileManager_->fileExists(url)) {
+        return;
+    }
+    try {
+        fileManager_->keepCopy(kept.url, url);
+    } catch (const std::exception& error) {
+        logger_.error("Failed to bring back the config from \"" + kept.url + "\": " + error.what());
     }
 }
 

@@ -22,12 +22,24 @@ public:
 
     /// Replaces the file with the whole record, in one step. What stood there is kept beside it as
     /// config.json.bak if it cannot be read or decoded: it may be a work of hours with a slip of the pen.
-    /// Logs and throws (FileError, EncodingError) when that fails; the old file then stands as it was.
+    /// Where no file can take that name, it is config.json.bak.1. Logs and throws (FileError, EncodingError)
+    /// when the writing fails; the old file then stands as it was.
     void saveConfig(const TarvexConfig& config);
 
 private:
     [[nodiscard]] std::string getConfigUrl();
-    void keepUnreadable(const std::string& url);
+
+    /// Where a file went that is about to be replaced; empty when it is not kept.
+    struct Kept {
+        std::string url;
+        std::string failure;
+    };
+
+    /// True also for a file that does not exist.
+    [[nodiscard]] bool canBeLoaded(const std::string& url);
+    [[nodiscard]] Kept keep(const std::string& url);
+    /// Of use where the file had to be moved to be kept.
+    void bringBack(const Kept& kept, const std::string& url);
     [[nodiscard]] TarvexConfigRef decodeConfig(const std::string& data);
     [[nodiscard]] std::string encodeConfig(const TarvexConfig& config);
 

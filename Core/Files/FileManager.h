@@ -43,8 +43,9 @@ public:
     virtual void writeFileAtomically(const std::string& path, std::string_view content) = 0;
 
     /// Has what stands at the path, links followed, stand at the other path as well, in place of what stood
-    /// there. It need not be readable where the file system can do without. What is written to the first path
-    /// later does not reach the copy.
+    /// there. What is written to the first path later does not reach the copy. A file that the file system
+    /// can give no second name and that cannot be read is moved instead: nothing stands at the first path
+    /// then.
     virtual void keepCopy(const std::string& path, const std::string& copyPath) = 0;
 };
 

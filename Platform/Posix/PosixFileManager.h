@@ -39,6 +39,8 @@ public:
     void keepCopy(const std::string& path, const std::string& copyPath) override;
 
 private:
+    void copyOrMove(const std::string& original, const std::string& target);
+
     std::string applicationSupportDirectory_;
 };
 

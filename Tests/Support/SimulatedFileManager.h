@@ -86,8 +86,17 @@ public:
         if (found == files_.end()) {
             throw FileError("Cannot keep \"" + path + "\": No such file or directory");
         }
+        if (directories_.contains(copyPath)) {
+            throw FileError("Cannot replace \"" + copyPath + "\": Is a directory");
+        }
         files_[copyPath] = std::string(found->second);
+        if (movesInsteadOfCopying) {
+            files_.erase(path);
+        }
     }
+
+    /// As on a file system that gives a file no second name, with files that cannot be read.
+    bool movesInsteadOfCopying = false;
 
 private:
     void enter(FileOperation operation) const {

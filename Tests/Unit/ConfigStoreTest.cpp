@@ -185,9 +185,28 @@ TEST_F(ConfigStoreTest, SettingsThatAreInOrderAreNotKept) {
     EXPECT_EQ(files.callCount(FileOperation::keepCopy), 0U);
 }
 
-TEST_F(ConfigStoreTest, SettingsThatCannotBeKeptAreNotOverwritten) {
+TEST_F(ConfigStoreTest, SettingsAreKeptUnderASecondNameWhereTheFirstIsTaken) {
+    const std::string kept = std::string(SimulatedFileManager::configPath) + ".bak";
+    files.putFile(SimulatedFileManager::configPath, "{ my grids");
+    files.createDirectory(kept);
+    save();
+    EXPECT_EQ(files.content(kept + ".1"), "{ my grids");
+    load();
+    expectLogged({});
+}
+
+TEST_F(ConfigStoreTest, SettingsThatCannotBeKeptAnywhereAreReplaced) {
     files.putFile(SimulatedFileManager::configPath, "{ my grids");
     files.fail(FileOperation::keepCopy, "no room");
+    save();
+    load();
+    expectLogged({"Failed to keep the config that was replaced: no room"});
+}
+
+TEST_F(ConfigStoreTest, SettingsThatWereMovedAsideComeBackWhenTheWritingFails) {
+    files.putFile(SimulatedFileManager::configPath, "{ my grids");
+    files.movesInsteadOfCopying = true;
+    files.fail(FileOperation::writeFile, "no room");
     EXPECT_EQ(messageOf<FileError>([this] { save(); }), "no room");
     EXPECT_EQ(files.content(SimulatedFileManager::configPath), "{ my grids");
     expectLogged({"Failed to write config: no room"});

@@ -1,5 +1,6 @@
 #include "Platform/Posix/PosixFileManager.h"
 #include "Tests/Support/TemporaryDirectory.h"
+#include "Tests/Support/UnprivilegedUser.h"
 
 #include <gtest/gtest.h>
 
@@ -25,6 +26,22 @@ TEST(PosixCopyTest, FileOnAnotherFileSystemIsCopied) {
     files.keepCopy(near.path("link"), near.path("copy"));
     EXPECT_EQ(contentOf(near.path("copy")), "far content");
     EXPECT_EQ(contentOf(far.path("real")), "far content");
+}
+
+// A file of somebody else's, which the user may neither read nor give a second name, in a folder of his own.
+TEST(PosixCopyTest, FileThatCanBeNeitherLinkedNorReadIsMoved) {
+    const TemporaryDirectory folder;
+    writeContent(folder.path("theirs"), "their content");
+    std::filesystem::permissions(folder.path("theirs"), std::filesystem::perms::owner_read);
+    PosixFileManager files(folder.path("support"));
+    {
+        const UnprivilegedUser user(folder.path());
+        files.keepCopy(folder.path("theirs"), folder.path("copy"));
+    }
+    EXPECT_EQ(contentOf(folder.path("copy")), "their content");
+    // A test that runs as an ordinary user has no file of another, and systems may let anybody link any file.
+    EXPECT_TRUE(!std::filesystem::exists(folder.path("theirs")) ||
+                std::filesystem::hard_link_count(folder.path("copy")) == 2);
 }
 
 } // namespace
