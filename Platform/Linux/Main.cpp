@@ -63,7 +63,7 @@ public:
           screens(connection, monitors, struts),
           eventTap(connection, pump, pointer, SessionKind::fromEnvironment(), {.mainLoop = &mainLoop}),
           accessibility(connection, pump, monitors, toolkitWindows(), &mainLoop),
-          windows(connection, pump, monitors, &SystemColors::accentColor, &log),
+          windows(connection, pump, mainLoop, monitors, &SystemColors::accentColor, &log),
           textMeasurer(fonts),
           viewWindows(connection, pump, monitors, fonts, &SystemColors::accentColor,
                       {.struts = &struts, .managedWindows = toolkitWindows(), .log = &log}),
@@ -176,6 +176,15 @@ void fulfil(const InstanceRequest& request, GridEditorController& gridEditor,
     }
 }
 
+void prepareProcess() {
+    // Writing beyond the limit on file sizes is then a failed write instead of the end of the program.
+    std::signal(SIGXFSZ, SIG_IGN);
+    // All windows belong to one X server; a Wayland compositor would let none of them be placed.
+    if (!qgetenv("QT_QPA_PLATFORM").startsWith("xcb")) {
+        qputenv("QT_QPA_PLATFORM", "xcb");
+    }
+}
+
 void prepareToolkit() {
     QApplication::setApplicationName("Tarvex");
     QApplication::setApplicationVersion(TARVEX_VERSION);
@@ -226,12 +235,7 @@ int run(const CommandLine& commandLine, int& argc, char** argv) {
         return 1;
     }
     const SessionEnd sessionEnd(*connection);
-    // Writing beyond the limit on file sizes is then a failed write instead of the end of the program.
-    std::signal(SIGXFSZ, SIG_IGN);
-    // All windows belong to one X server; a Wayland compositor would let none of them be placed.
-    if (!qgetenv("QT_QPA_PLATFORM").startsWith("xcb")) {
-        qputenv("QT_QPA_PLATFORM", "xcb");
-    }
+    prepareProcess();
     QApplication application(argc, argv);
     // The toolkit has taken on the user's locale. With a decimal point of several bytes, as some have, the
     // configuration's numbers would lose their fractions.

@@ -184,6 +184,39 @@ TEST_P(Overlay, LetsThePointerThrough) {
     desktop.client.waitUntil([&] { return other.buttonEventCount() >= clicks + 2; }, "the click arrives");
 }
 
+TEST_P(Overlay, LiesOverWhatIsShownOrRaisedInMidDrag) {
+    Desktop& desktop = start(withoutRestore());
+    TestWindow other(desktop.server.displayName());
+    TestWindow window(desktop.server.displayName());
+    Drag drag(desktop, window.managed());
+    drag.moveTo({900, 300});
+    drag.pressToMatch(key::super);
+    TestWindowOptions options;
+    options.title = "Notification";
+    options.geometry = {700, 900, 560, 120};
+    options.isOverrideRedirect = true;
+    const TestWindow notification(desktop.server.displayName(), options);
+    const auto isAbove = [&](xcb_window_t topLevel) {
+        const auto stack = desktop.client.children(desktop.client.root());
+        const auto place = std::find(stack.begin(), stack.end(), topLevel);
+        return std::any_of(place, stack.end(), [&](xcb_window_t above) {
+            const auto geometry = desktop.client.geometryInRoot(above);
+            return desktop.client.text(above, "_NET_WM_NAME") == "Tarvex Zones" && geometry &&
+                   geometry->width > 1;
+        });
+    };
+    desktop.client.waitUntil([&] { return isAbove(notification.id()); }, "the zones lie over it");
+    other.changeState(true, "_NET_WM_STATE_ABOVE");
+    const xcb_window_t frame = desktop.client.topLevelOf(other.id()).value_or(XCB_NONE);
+    ASSERT_NE(frame, XCB_NONE);
+    desktop.client.waitUntil(
+        [&] { return desktop.client.words(other.id(), "_NET_WM_STATE").size() == 1 && isAbove(frame); },
+        "the zones lie over a window that the window manager raises");
+    drag.releaseToNoMatch(key::super);
+    desktop.client.waitUntil([&] { return !isAbove(notification.id()); }, "the zones are gone");
+    drag.drop();
+}
+
 // The colours are exact where a compositor blends them: half of the selection, half of what is below.
 TEST_P(Overlay, BlendsTheSelectionWithWhatIsBelowWhenComposited) {
     Desktop& desktop = start(withoutRestore());

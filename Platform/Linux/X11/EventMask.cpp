@@ -22,6 +22,15 @@ void addEventMask(XConnection& connection, xcb_window_t window, std::uint32_t ma
     selectEvents(connection, window, attributes->your_event_mask | mask);
 }
 
+RootEventSelection::RootEventSelection(XConnection& connection, std::uint32_t mask)
+    : connection_(&connection), mask_(mask) {
+    selectEvents(connection, connection.root(), connection.rootEvents().add(mask));
+}
+
+RootEventSelection::~RootEventSelection() {
+    selectEvents(*connection_, connection_->root(), connection_->rootEvents().remove(mask_));
+}
+
 XWindowWatch::XWindowWatch(XConnection& connection, xcb_window_t window)
     : connection_(&connection),
       window_(window),

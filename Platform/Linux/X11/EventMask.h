@@ -7,15 +7,29 @@
 
 namespace tarvex {
 
-/// Selects further events on a window, beside those that this connection has selected there before: X keeps
-/// one mask per window and client, and setting it anew would take other parts' events away. Waits for the
-/// server once. A window that has gone is left alone.
+/// Selects further events on a window other than the root, beside those that this connection has selected
+/// there before: X keeps one mask per window and client, and setting it anew would take other parts' events
+/// away. Waits for the server once. A window that has gone is left alone.
 void addEventMask(XConnection& connection, xcb_window_t window, std::uint32_t mask);
 
-/// The same for the root window.
-inline void selectRootEvents(XConnection& connection, std::uint32_t mask) {
-    addEventMask(connection, connection.root(), mask);
-}
+/// Listens to events of the root window for as long as it lives, beside what other parts of the program
+/// listen to there over the same connection. Waits for nobody. The root window's mask is set in this way
+/// alone.
+class RootEventSelection {
+public:
+    /// The connection must outlive it.
+    RootEventSelection(XConnection& connection, std::uint32_t mask);
+
+    RootEventSelection(const RootEventSelection&) = delete;
+    RootEventSelection& operator=(const RootEventSelection&) = delete;
+    RootEventSelection(RootEventSelection&&) = delete;
+    RootEventSelection& operator=(RootEventSelection&&) = delete;
+    ~RootEventSelection();
+
+private:
+    XConnection* connection_;
+    std::uint32_t mask_;
+};
 
 /// Hears of the changes of a window's properties and of its place and size (PropertyNotify, ConfigureNotify)
 /// for as long as it lives, beside what this connection listens to there anyway. It waits for nobody when it

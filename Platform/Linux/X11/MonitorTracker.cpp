@@ -1,7 +1,5 @@
 #include "Platform/Linux/X11/MonitorTracker.h"
 
-#include "Platform/Linux/X11/EventMask.h"
-
 #include <xcb/randr.h>
 
 #include <algorithm>
@@ -17,7 +15,10 @@ constexpr std::uint16_t randrEvents =
 } // namespace
 
 MonitorTracker::MonitorTracker(XConnection& connection, XEventPump& pump)
-    : connection_(&connection), pump_(&pump), serverListsMonitors_(tarvex::serverListsMonitors(connection)) {
+    : connection_(&connection),
+      pump_(&pump),
+      rootEvents_(connection, XCB_EVENT_MASK_STRUCTURE_NOTIFY),
+      serverListsMonitors_(tarvex::serverListsMonitors(connection)) {
     connection.internAtoms({"EDID", "ConnectorType", "Panel"});
     watch();
 }
@@ -52,7 +53,6 @@ std::uint64_t MonitorTracker::revision() {
 void MonitorTracker::watch() {
     // A monitor that is set or deleted by hand, without any output changing, is announced as a new
     // configuration of the root alone.
-    addEventMask(*connection_, connection_->root(), XCB_EVENT_MASK_STRUCTURE_NOTIFY);
     subscriptions_.push_back(pump_->subscribe(XCB_CONFIGURE_NOTIFY, [this](const xcb_generic_event_t& event) {
         const auto& configure = reinterpret_cast<const xcb_configure_notify_event_t&>(event);
         isStale_ = isStale_ || configure.window == connection_->root();

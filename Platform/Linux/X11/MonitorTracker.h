@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Linux/X11/DesktopLayout.h"
+#include "Platform/Linux/X11/EventMask.h"
 #include "Platform/Linux/X11/MonitorReader.h"
 #include "Platform/Linux/X11/XConnection.h"
 #include "Platform/Linux/X11/XEventPump.h"
@@ -40,6 +41,7 @@ private:
 
     XConnection* connection_;
     XEventPump* pump_;
+    RootEventSelection rootEvents_;
     std::vector<std::unique_ptr<XEventPump::Subscription>> subscriptions_;
     bool serverListsMonitors_;
     bool isStale_ = true;

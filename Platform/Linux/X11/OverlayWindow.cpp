@@ -46,8 +46,15 @@ void OverlayWindow::orderOut() {
     }
 }
 
+void OverlayWindow::raise() {
+    if (isShown()) {
+        needsRaising_ = true;
+        platform_->scheduleUpdate();
+    }
+}
+
 bool OverlayWindow::isMisplaced() const {
-    return isVisible_ && surface_ && surface_->isShown() && platform_->layout_->layout() != layout_;
+    return isVisible_ && isShown() && platform_->layout_->layout() != layout_;
 }
 
 void OverlayWindow::update() {

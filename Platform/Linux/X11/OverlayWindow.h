@@ -26,6 +26,11 @@ public:
     void orderFront() override;
     void orderOut() override;
 
+    /// Brings it above all other windows again if it is shown.
+    void raise();
+
+    [[nodiscard]] bool isShown() const { return surface_ && surface_->isShown(); }
+
     /// Null when the server cannot show overlays.
     [[nodiscard]] OverlaySurface* surface() const { return surface_.get(); }
 

@@ -68,6 +68,7 @@ StrutTracker::StrutTracker(XConnection& connection, XEventPump& pump, std::funct
       pump_(&pump),
       now_(std::move(now)),
       atoms_(internAtoms(connection)),
+      rootEvents_(connection, XCB_EVENT_MASK_PROPERTY_CHANGE),
       search_(connection) {
     watch();
 }
@@ -100,7 +101,6 @@ void StrutTracker::markStaleOn(std::uint8_t responseType) {
 }
 
 void StrutTracker::watch() {
-    selectRootEvents(*connection_, XCB_EVENT_MASK_PROPERTY_CHANGE);
     subscriptions_.push_back(pump_->subscribe(XCB_PROPERTY_NOTIFY, [this](const xcb_generic_event_t& event) {
         handleProperty(reinterpret_cast<const xcb_property_notify_event_t&>(event));
     }));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Linux/X11/ClientSearch.h"
+#include "Platform/Linux/X11/EventMask.h"
 #include "Platform/Linux/X11/StrutGeometry.h"
 #include "Platform/Linux/X11/XConnection.h"
 #include "Platform/Linux/X11/XEventPump.h"
@@ -87,6 +88,7 @@ private:
     XEventPump* pump_;
     std::function<Clock::time_point()> now_;
     Atoms atoms_;
+    RootEventSelection rootEvents_;
     std::vector<std::unique_ptr<XEventPump::Subscription>> subscriptions_;
     ClientSearch search_;
     bool isListStale_ = true;

@@ -1,6 +1,5 @@
 #include "Platform/Linux/X11/TopmostKeeper.h"
 
-#include "Platform/Linux/X11/EventMask.h"
 #include "Platform/Linux/X11/OverlayParking.h"
 #include "Platform/Linux/X11/XAtoms.h"
 
@@ -13,7 +12,6 @@ namespace tarvex {
 
 namespace {
 
-constexpr std::uint32_t stackingEvents = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
 /// More raises than this within the period are a struggle with somebody who raises himself each time.
 constexpr std::size_t maxRaises = 8;
 constexpr std::chrono::seconds raisePeriod{1};
@@ -28,13 +26,10 @@ struct Request {
 } // namespace
 
 TopmostKeeper::TopmostKeeper(XConnection& connection, XEventPump& pump)
-    : connection_(&connection), own_(connection.get()), atoms_(internAtoms(connection)) {
-    const auto attributes = connection.take(xcb_get_window_attributes_reply,
-                                            xcb_get_window_attributes(connection.get(), connection.root()));
-    hasSelected_ = attributes && (attributes->your_event_mask & stackingEvents) == 0;
-    if (hasSelected_) {
-        selectRootEvents(connection, stackingEvents);
-    }
+    : connection_(&connection),
+      own_(connection.get()),
+      atoms_(internAtoms(connection)),
+      stackingEvents_(connection, XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY) {
     subscriptions_.push_back(pump.subscribe(XCB_MAP_NOTIFY, [this](const xcb_generic_event_t& event) {
         const auto& map = reinterpret_cast<const xcb_map_notify_event_t&>(event);
         note(map.event, map.window);
@@ -56,20 +51,6 @@ TopmostKeeper::Atoms TopmostKeeper::internAtoms(XConnection& connection) {
                                          {&Atoms::dropdownMenu, "_NET_WM_WINDOW_TYPE_DROPDOWN_MENU"},
                                          {&Atoms::combo, "_NET_WM_WINDOW_TYPE_COMBO"},
                                          {&Atoms::dragAndDrop, "_NET_WM_WINDOW_TYPE_DND"}});
-}
-
-TopmostKeeper::~TopmostKeeper() {
-    if (!hasSelected_) {
-        return;
-    }
-    // Other parts may have selected further events on the root window since.
-    const auto attributes = connection_->take(
-        xcb_get_window_attributes_reply, xcb_get_window_attributes(connection_->get(), connection_->root()));
-    if (attributes) {
-        const std::uint32_t mask = attributes->your_event_mask & ~stackingEvents;
-        connection_->discard(xcb_change_window_attributes_checked(connection_->get(), connection_->root(),
-                                                                  XCB_CW_EVENT_MASK, &mask));
-    }
 }
 
 void TopmostKeeper::note(xcb_window_t parent, xcb_window_t window) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Linux/X11/DesktopLayout.h"
+#include "Platform/Linux/X11/EventMask.h"
 #include "Platform/Linux/X11/XClientResources.h"
 #include "Platform/Linux/X11/XConnection.h"
 #include "Platform/Linux/X11/XEventPump.h"
@@ -26,7 +27,7 @@ public:
     TopmostKeeper& operator=(const TopmostKeeper&) = delete;
     TopmostKeeper(TopmostKeeper&&) = delete;
     TopmostKeeper& operator=(TopmostKeeper&&) = delete;
-    ~TopmostKeeper();
+    ~TopmostKeeper() = default;
 
     /// Once per turn: raises the window above whatever came to lie over it and may not, and the first time
     /// puts it below what belongs above it. Waits for the server only then and if windows were shown or
@@ -84,7 +85,7 @@ private:
     XConnection* connection_;
     XClientResources own_;
     Atoms atoms_;
-    bool hasSelected_ = false;
+    RootEventSelection stackingEvents_;
     bool isStackingStale_ = false;
     xcb_window_t kept_ = XCB_WINDOW_NONE;
     std::vector<Clock::time_point> raises_;

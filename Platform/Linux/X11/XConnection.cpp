@@ -1,5 +1,7 @@
 #include "Platform/Linux/X11/XConnection.h"
 
+#include <functional>
+#include <numeric>
 #include <utility>
 
 namespace tarvex {
@@ -21,6 +23,20 @@ xcb_intern_atom_cookie_t requestAtom(xcb_connection_t* connection, std::string_v
 }
 
 } // namespace
+
+std::uint32_t EventMaskUnion::add(std::uint32_t mask) {
+    masks_.insert(mask);
+    return united();
+}
+
+std::uint32_t EventMaskUnion::remove(std::uint32_t mask) {
+    masks_.erase(masks_.find(mask));
+    return united();
+}
+
+std::uint32_t EventMaskUnion::united() const {
+    return std::accumulate(masks_.begin(), masks_.end(), 0U, std::bit_or<>());
+}
 
 std::unique_ptr<XConnection> XConnection::open(const std::string& displayName) {
     int screenNumber = 0;

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -37,6 +38,20 @@ struct XReply {
     [[nodiscard]] const T* get() const { return value.get(); }
 };
 
+/// The events that several parts of a program listen to on one window. X keeps one mask per window and
+/// client.
+class EventMaskUnion {
+public:
+    /// Both give what the program now listens to. What is removed must have been added.
+    std::uint32_t add(std::uint32_t mask);
+    std::uint32_t remove(std::uint32_t mask);
+
+private:
+    [[nodiscard]] std::uint32_t united() const;
+
+    std::multiset<std::uint32_t> masks_;
+};
+
 /// One connection to the X server, closed with the object. Every request's error is caught where the request
 /// is made: take() for requests with a reply, check() or discard() for those without. Send several requests
 /// before taking the first reply to wait for the server just once.
@@ -61,6 +76,9 @@ public:
     [[nodiscard]] int screenNumber() const { return screenNumber_; }
 
     [[nodiscard]] xcb_window_t root() const { return screen_->root; }
+
+    /// What is listened to on the root window.
+    [[nodiscard]] EventMaskUnion& rootEvents() { return rootEvents_; }
 
     [[nodiscard]] bool isBroken() const { return xcb_connection_has_error(connection_) != 0; }
 
@@ -102,6 +120,7 @@ private:
     int screenNumber_;
     xcb_screen_t* screen_;
     std::unordered_map<std::string, xcb_atom_t> atoms_;
+    EventMaskUnion rootEvents_;
 };
 
 /// A whole 32-bit property (cardinals, atoms, windows). One that is missing, of another format, or on a

@@ -1,7 +1,5 @@
 #include "Platform/Linux/X11/XUsualBorders.h"
 
-#include "Platform/Linux/X11/EventMask.h"
-
 #include <array>
 
 namespace tarvex {
@@ -24,13 +22,14 @@ constexpr std::array<std::uint32_t, 5> plainWindowHints{3, // functions and deco
 } // namespace
 
 XUsualBorders::XUsualBorders(XConnection& connection, XEventPump& pump)
-    : connection_(&connection), window_(xcb_generate_id(connection.get())) {
+    : connection_(&connection),
+      window_(xcb_generate_id(connection.get())),
+      rootEvents_(connection, XCB_EVENT_MASK_PROPERTY_CHANGE) {
     connection.discard(xcb_create_window_checked(
         connection.get(), XCB_COPY_FROM_PARENT, window_, connection.root(), 0, 0, side, side, 0,
         XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr));
     describe();
     borders_ = std::make_unique<XWindowBorders>(connection, pump, window_, [] {});
-    addEventMask(connection, connection.root(), XCB_EVENT_MASK_PROPERTY_CHANGE);
     subscription_ = pump.subscribe(
         XCB_PROPERTY_NOTIFY, [this, windowManager = connection.atom("_NET_SUPPORTING_WM_CHECK")](
                                  const xcb_generic_event_t& event) {

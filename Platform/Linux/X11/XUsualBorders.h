@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Linux/X11/EventMask.h"
 #include "Platform/Linux/X11/XConnection.h"
 #include "Platform/Linux/X11/XEventPump.h"
 #include "Platform/Linux/X11/XWindowBorders.h"
@@ -31,6 +32,7 @@ private:
 
     XConnection* connection_;
     xcb_window_t window_;
+    RootEventSelection rootEvents_;
     std::unique_ptr<XWindowBorders> borders_;
     std::unique_ptr<XEventPump::Subscription> subscription_;
 };

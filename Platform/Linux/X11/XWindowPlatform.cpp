@@ -9,12 +9,13 @@
 
 namespace tarvex {
 
-XWindowPlatform::XWindowPlatform(XConnection& connection, XEventPump& pump, DesktopLayoutProvider& layout,
-                                 AccentColor accentColor, LogPlatform* log)
+XWindowPlatform::XWindowPlatform(XConnection& connection, XEventPump& pump, MainLoop& mainLoop,
+                                 DesktopLayoutProvider& layout, AccentColor accentColor, LogPlatform* log)
     : connection_(&connection),
       layout_(&layout),
       accentColor_(std::move(accentColor)),
-      compositor_(connection, pump, [this] { handleCompositorChange(); }) {
+      compositor_(connection, pump, [this] { handleCompositorChange(); }),
+      stacking_(connection, pump, mainLoop, [this] { keepOnTop(); }) {
     if (connection.extension(xcb_shape_id) != nullptr) {
         blendedVisual_ = OverlayVisual::choose(connection, OverlayStyle::blended);
         shapedVisual_ = OverlayVisual::choose(connection, OverlayStyle::shaped);
@@ -77,6 +78,22 @@ void XWindowPlatform::handleCompositorChange() {
     }
 }
 
+void XWindowPlatform::watchStacking() {
+    const bool isAnyShown = std::any_of(windows_.begin(), windows_.end(),
+                                        [](const OverlayWindow* window) { return window->isShown(); });
+    if (isAnyShown) {
+        stacking_.start();
+    } else {
+        stacking_.stop();
+    }
+}
+
+void XWindowPlatform::keepOnTop() {
+    for (OverlayWindow* window : windows_) {
+        window->raise();
+    }
+}
+
 void XWindowPlatform::handleExpose(const xcb_generic_event_t& event) {
     const auto& expose = reinterpret_cast<const xcb_expose_event_t&>(event);
     for (OverlayWindow* window : windows_) {
@@ -97,6 +114,7 @@ void XWindowPlatform::endTurn() {
     for (OverlayWindow* window : windows_) {
         window->update();
     }
+    watchStacking();
     for (const auto& surface : spare_) {
         surface->hide();
     }

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "App/Toolkit/MainLoop.h"
 #include "App/Toolkit/Window.h"
 #include "Core/Logging/LogPlatform.h"
 #include "Platform/Linux/X11/CompositorWatch.h"
 #include "Platform/Linux/X11/DesktopLayout.h"
 #include "Platform/Linux/X11/OverlaySurface.h"
 #include "Platform/Linux/X11/OverlayVisual.h"
+#include "Platform/Linux/X11/StackingWatch.h"
 #include "Platform/Linux/X11/SystemPalette.h"
 #include "Platform/Linux/X11/XConnection.h"
 #include "Platform/Linux/X11/XEventPump.h"
@@ -19,8 +21,8 @@ namespace tarvex {
 
 class OverlayWindow;
 
-/// Overlay windows on an X screen. Whatever is asked of them takes effect at the end of the event pump's
-/// turn, and so does a new layout of the desktop.
+/// Overlay windows on an X screen, above all that is shown there, also later. Whatever is asked of them takes
+/// effect at the end of the event pump's turn, and so does a new layout of the desktop.
 class XWindowPlatform final : public WindowPlatform {
 public:
     /// Gives the system's accent colour, 0xRRGGBB.
@@ -32,7 +34,7 @@ public:
     /// @param accentColor asked whenever a picture is drawn
     /// @param log told when the server cannot show overlays; may be null
     XWindowPlatform(
-        XConnection& connection, XEventPump& pump, DesktopLayoutProvider& layout,
+        XConnection& connection, XEventPump& pump, MainLoop& mainLoop, DesktopLayoutProvider& layout,
         AccentColor accentColor = [] { return defaultAccentColor; }, LogPlatform* log = nullptr);
 
     XWindowPlatform(const XWindowPlatform&) = delete;
@@ -54,6 +56,8 @@ private:
     void scheduleUpdate() { needsUpdate_ = true; }
 
     void handleCompositorChange();
+    void watchStacking();
+    void keepOnTop();
     void handleExpose(const xcb_generic_event_t& event);
     void endTurn();
 
@@ -64,6 +68,7 @@ private:
     std::unique_ptr<OverlayVisual> blendedVisual_;
     std::unique_ptr<OverlayVisual> shapedVisual_;
     CompositorWatch compositor_;
+    StackingWatch stacking_;
     std::vector<OverlayWindow*> windows_;
     /// Native windows that no window uses. One is always at hand, so that the first overlay is as quick as
     /// any.

@@ -216,12 +216,15 @@ TEST_F(DisplayPanelList, EventsThatOthersSelectedOnTheRootStaySelected) {
                    xcb_get_window_attributes(connection->get(), connection->root()))
             ->your_event_mask;
     };
-    const std::uint32_t before = XCB_EVENT_MASK_FOCUS_CHANGE;
-    xcb_change_window_attributes(connection->get(), connection->root(), XCB_CW_EVENT_MASK, &before);
+    const RootEventSelection others(*connection, XCB_EVENT_MASK_FOCUS_CHANGE);
     XEventPump pump(*connection);
-    const MonitorTracker monitors(*connection, pump);
-    const StrutTracker struts(*connection, pump);
-    EXPECT_EQ(mask(), before | XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY);
+    {
+        const MonitorTracker monitors(*connection, pump);
+        const StrutTracker struts(*connection, pump);
+        EXPECT_EQ(mask(), XCB_EVENT_MASK_FOCUS_CHANGE | XCB_EVENT_MASK_PROPERTY_CHANGE |
+                              XCB_EVENT_MASK_STRUCTURE_NOTIFY);
+    }
+    EXPECT_EQ(mask(), XCB_EVENT_MASK_FOCUS_CHANGE);
 }
 
 } // namespace

@@ -34,7 +34,9 @@ test::TestWindowOptions plainWindow(const test::PixelRect& area, std::uint32_t c
 } // namespace
 
 XOverlayAdapters::XOverlayAdapters(const std::string& displayName)
-    : PumpedConnection(displayName), monitors(*connection, pump), windows(*connection, pump, monitors) {
+    : PumpedConnection(displayName),
+      monitors(*connection, pump),
+      windows(*connection, pump, mainLoop, monitors) {
     catchUp();
 }
 

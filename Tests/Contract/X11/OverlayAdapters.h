@@ -4,6 +4,7 @@
 #include "Platform/Linux/X11/XClientResources.h"
 #include "Platform/Linux/X11/XWindowPlatform.h"
 #include "Tests/Contract/X11/PumpedConnection.h"
+#include "Tests/Support/Simulated/SimulatedMainLoop.h"
 #include "Tests/Support/X11/ChildProcess.h"
 #include "Tests/Support/X11/Compositor.h"
 #include "Tests/Support/X11/Screenshot.h"
@@ -30,6 +31,8 @@ public:
     /// Whether a window belongs to the adapter's connection.
     [[nodiscard]] bool owns(xcb_window_t window) const;
 
+    /// Its time stands still unless the test advances it.
+    SimulatedMainLoop mainLoop;
     MonitorTracker monitors;
     XWindowPlatform windows;
 };

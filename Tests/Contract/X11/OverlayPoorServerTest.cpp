@@ -1,6 +1,7 @@
 #include "Platform/Linux/X11/MonitorTracker.h"
 #include "Platform/Linux/X11/XWindowPlatform.h"
 #include "Tests/Support/RecordingLog.h"
+#include "Tests/Support/Simulated/SimulatedMainLoop.h"
 #include "Tests/Support/X11/ChildProcess.h"
 #include "Tests/Support/X11/XClient.h"
 
@@ -27,7 +28,7 @@ public:
           pump(*connection),
           monitors(*connection, pump),
           windows(
-              *connection, pump, monitors, [] { return 0x00FF00U; }, &log) {}
+              *connection, pump, mainLoop, monitors, [] { return 0x00FF00U; }, &log) {}
 
     /// The pixel value at a point of the screen once all that was asked for is done.
     std::uint32_t pixel(test::PixelPoint point) {
@@ -72,6 +73,7 @@ public:
     RecordingLog log;
     std::unique_ptr<XConnection> connection;
     XEventPump pump;
+    SimulatedMainLoop mainLoop;
     MonitorTracker monitors;
     XWindowPlatform windows;
 };

@@ -159,7 +159,8 @@ TEST_P(OverlayX11, ColorsAreLaidOverEachOther) {
 TEST_P(OverlayX11, AccentColorIsAskedForWhenItDraws) {
     std::uint32_t color = 0x00FF00;
     XOverlayAdapters& adapters = desktop_->adapters;
-    XWindowPlatform green(*adapters.connection, adapters.pump, adapters.monitors, [&color] { return color; });
+    XWindowPlatform green(*adapters.connection, adapters.pump, adapters.mainLoop, adapters.monitors,
+                          [&color] { return color; });
     auto window = green.makeWindow(attributes(frame_));
     window->setScene(filled(whole_, {ColorName::accent, 1}));
     window->orderFront();
