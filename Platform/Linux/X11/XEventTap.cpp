@@ -4,6 +4,7 @@
 
 #include <xcb/xinput.h>
 
+#include <algorithm>
 #include <utility>
 
 namespace tarvex {
@@ -13,6 +14,10 @@ namespace {
 constexpr std::uint32_t primaryButton = 1;
 constexpr std::uint32_t buttonEvents =
     XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_RELEASE;
+
+bool holdsButton(const XPointer::Snapshot& pointer) {
+    return (pointer.mask & XCB_KEY_BUT_MASK_BUTTON_1) != 0;
+}
 
 } // namespace
 
@@ -61,7 +66,7 @@ void XEventTap::start() {
     selectModifiers(true);
     selectInput(XCB_INPUT_DEVICE_ALL, XCB_INPUT_XI_EVENT_MASK_HIERARCHY);
     // What is held already was not seen to be pressed, but its release will be.
-    isButtonConfirmed_ = takeSnapshot();
+    isButtonConfirmed_ = holdsButton(pointer_->refresh());
     setButtonDown(isButtonConfirmed_);
     flags_ = modifierMap_.eventFlags(pointer_->snapshot().mask);
     connection_->flush();
@@ -95,13 +100,15 @@ void XEventTap::handleInput(const xcb_generic_event_t& event) {
     case XCB_INPUT_RAW_BUTTON_RELEASE: {
         const auto& button = reinterpret_cast<const xcb_input_raw_button_press_event_t&>(event);
         if (buttonMap_.logicalButton(button.detail, button.sourceid) == primaryButton) {
-            handleButton(generic.event_type == XCB_INPUT_RAW_BUTTON_PRESS);
+            handleButton(generic.event_type == XCB_INPUT_RAW_BUTTON_PRESS, button.sourceid);
         }
         break;
     }
     case XCB_INPUT_HIERARCHY:
-        // Devices came or went, and the numbers of those that went are given out again.
+        // Devices came or went, and the numbers of those that went are given out again. One may have gone
+        // with its button down.
         buttonMap_.invalidate();
+        isSampleDue_ = isButtonDown_;
         break;
     default:
         break;
@@ -160,8 +167,9 @@ void XEventTap::pauseMotion() {
     if (pace_.mainLoop == nullptr || !isButtonDown_) {
         return;
     }
-    isMotionPaused_ = true;
-    selectInput(XCB_INPUT_DEVICE_ALL_MASTER, buttonEvents);
+    if (!std::exchange(isMotionPaused_, true)) {
+        selectInput(XCB_INPUT_DEVICE_ALL_MASTER, buttonEvents);
+    }
     const std::chrono::duration<double> interval = pace_.interval;
     paceTimer_ = pace_.mainLoop->scheduleOnce(interval.count(), [this] {
         XEventTap& tap = *this;
@@ -182,21 +190,29 @@ void XEventTap::resumeMotion() {
     }
 }
 
-void XEventTap::handleButton(bool isPress) {
+void XEventTap::handleButton(bool isPress, xcb_input_device_id_t device) {
     if (!isPress && !isButtonDown_) {
         return;
     }
     if (isPress) {
-        handlePress();
+        handlePress(device);
     } else {
-        handleRelease();
+        handleRelease(device);
     }
 }
 
-void XEventTap::handlePress() {
+void XEventTap::handlePress(xcb_input_device_id_t device) {
+    // The button of a pointer that several devices move is down from the first one's press to the last one's
+    // release, and nobody else hears of those in between. Two presses of one device are another matter: a
+    // release went by unseen.
+    const bool isHeldHere = std::find(holders_.begin(), holders_.end(), device) != holders_.end();
+    if (!holders_.empty() && !isHeldHere) {
+        holders_.push_back(device);
+        return;
+    }
     // Motion is listened to before the pointer is looked at, so that none goes by unseen in between.
     setButtonDown(true);
-    const bool isReallyDown = takeSnapshot();
+    const bool isReallyDown = holdsButton(pointer_->refresh());
     if (!pointer_->snapshot().isOnScreen) {
         // Every screen of the server hears of every press.
         isMotionPending_ = false;
@@ -207,16 +223,15 @@ void XEventTap::handlePress() {
         return;
     }
     isButtonConfirmed_ = isReallyDown;
+    holders_ = {device};
     static_cast<void>(deliver(EventType::leftMouseDown));
 }
 
-void XEventTap::handleRelease() {
-    // Every motion that is listened to is announced: without one, the pointer is still where it was, and the
-    // window can be placed without a wait for a busy server.
-    if (isMotionPending_ || isMotionPaused_ || !isButtonConfirmed_) {
-        static_cast<void>(takeSnapshot());
-    } else {
-        pointer_->noteRelease(XCB_KEY_BUT_MASK_BUTTON_1);
+void XEventTap::handleRelease(xcb_input_device_id_t device) {
+    std::erase(holders_, device);
+    const bool isReallyDown = takeSnapshot();
+    if (!holders_.empty() && isReallyDown) {
+        return;
     }
     if (!deliverPendingMotion()) {
         return;
@@ -243,12 +258,13 @@ bool XEventTap::takeSnapshot() {
     const XPointer::Snapshot before = pointer_->snapshot();
     const XPointer::Snapshot& now = pointer_->refresh();
     const bool hasMoved = now.x != before.x || now.y != before.y;
-    isMotionPending_ = isMotionPending_ || (isMotionPaused_ && hasMoved);
-    return (now.mask & XCB_KEY_BUT_MASK_BUTTON_1) != 0;
+    isMotionPending_ = isMotionPending_ || (isButtonDown_ && hasMoved);
+    return holdsButton(now);
 }
 
 void XEventTap::setButtonDown(bool isDown) {
     isButtonDown_ = isDown;
+    holders_.clear();
     isMotionPaused_ = false;
     isSampleDue_ = false;
     paceTimer_.reset();

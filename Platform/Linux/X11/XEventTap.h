@@ -7,11 +7,13 @@
 #include "Platform/Linux/X11/XPointer.h"
 #include "Platform/Linux/X11/XPointerButtonMap.h"
 
+#include <xcb/xinput.h>
+
 #include <array>
 #include <chrono>
 #include <cstdint>
 #include <memory>
-#include <optional>
+#include <vector>
 
 namespace tarvex {
 
@@ -58,9 +60,9 @@ private:
     void handleKeyboard(const xcb_generic_event_t& event);
     void handleMappingChange(const xcb_generic_event_t& event);
     void handleTurnEnd();
-    void handleButton(bool isPress);
-    void handlePress();
-    void handleRelease();
+    void handleButton(bool isPress, xcb_input_device_id_t device);
+    void handlePress(xcb_input_device_id_t device);
+    void handleRelease(xcb_input_device_id_t device);
     void handleModifiers(std::uint32_t modifiers);
 
     /// Stops listening to motion until the timer asks for the pointer.
@@ -68,7 +70,8 @@ private:
     /// Listens to motion again; what happened until then is delivered.
     void resumeMotion();
     /// One question to the server; true when it says that the first button is down. A pointer that has moved
-    /// while nobody listened leaves motion pending.
+    /// in a drag leaves motion pending, also when nobody told of it: motion is not listened to all the time,
+    /// and that of a pointer which another program puts elsewhere is never announced.
     [[nodiscard]] bool takeSnapshot();
     void setButtonDown(bool isDown);
     /// Both give false when the callback destroyed the tap or took it off the run loop.
@@ -94,6 +97,8 @@ private:
     bool isOnRunLoop_ = false;
     bool isEnabled_ = false;
     bool isButtonDown_ = false;
+    /// The devices whose presses hold it down, as far as they were seen.
+    std::vector<xcb_input_device_id_t> holders_;
     /// The server's own state has shown the button down since the press. It lags behind the press while
     /// another client keeps the pointer frozen.
     bool isButtonConfirmed_ = false;

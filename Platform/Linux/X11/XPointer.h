@@ -46,10 +46,6 @@ public:
     /// Takes a new snapshot; when the server does not answer, the old one stays.
     const Snapshot& refresh();
 
-    /// Takes the button (xcb_key_but_mask_t) out of the snapshot, for a pointer that is known not to have
-    /// moved since.
-    void noteRelease(std::uint16_t button) { snapshot_.mask &= static_cast<std::uint16_t>(~button); }
-
     /// The last snapshot.
     [[nodiscard]] const Snapshot& snapshot() const { return snapshot_; }
 

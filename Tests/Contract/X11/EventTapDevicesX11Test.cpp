@@ -1,6 +1,7 @@
 #include "Tests/Contract/X11/EventTapFixture.h"
 
 #include <xcb/xinput.h>
+#include <xcb/xtest.h>
 
 #include <array>
 #include <cstdint>
@@ -51,6 +52,78 @@ protected:
         return types() == click;
     }
 };
+
+/// Beside the synthesising device, the server's mouse moves the same pointer.
+class EventTapTwoDevicesX11 : public EventTapDevicesX11 {
+protected:
+    void fakeOnMouse(bool isPress) {
+        const auto* input = xcb_get_extension_data(other_.connection(), &xcb_input_id);
+        const int type =
+            input->first_event + (isPress ? XCB_INPUT_DEVICE_BUTTON_PRESS : XCB_INPUT_DEVICE_BUTTON_RELEASE);
+        const test::Owned<xcb_generic_error_t> error(xcb_request_check(
+            other_.connection(),
+            xcb_test_fake_input_checked(other_.connection(), static_cast<std::uint8_t>(type), 1,
+                                        XCB_CURRENT_TIME, XCB_NONE, 0, 0, mouseDevice_)));
+        ASSERT_EQ(error, nullptr) << "error " << int{error->error_code};
+        other_.sync();
+        adapters_.catchUp();
+    }
+
+    void pressMouse() { fakeOnMouse(true); }
+
+    void releaseMouse() { fakeOnMouse(false); }
+
+private:
+    static constexpr std::uint8_t mouseDevice_ = 6;
+};
+
+TEST_F(EventTapTwoDevicesX11, ClickOfAnotherDeviceDoesNotEndTheDrag) {
+    install();
+    pressMouse();
+    mouse_.press();
+    adapters_.catchUp();
+    mouse_.release();
+    adapters_.catchUp();
+    EXPECT_EQ(types(), std::vector<EventType>{EventType::leftMouseDown});
+    mouse_.moveTo({300, 300});
+    adapters_.catchUp();
+    releaseMouse();
+    EXPECT_EQ(types(), (std::vector<EventType>{EventType::leftMouseDown, EventType::leftMouseDragged,
+                                               EventType::leftMouseUp}));
+}
+
+// For the server, a button that only the synthesising device holds is up.
+TEST_F(EventTapTwoDevicesX11, DragEndsWhenTheServerSaysThatTheButtonIsUp) {
+    install();
+    pressMouse();
+    mouse_.press();
+    adapters_.catchUp();
+    releaseMouse();
+    EXPECT_EQ(types(), click);
+    mouse_.release();
+    adapters_.catchUp();
+    EXPECT_EQ(types(), click);
+    EXPECT_TRUE(seesClickOf(1));
+}
+
+TEST_F(EventTapTwoDevicesX11, DeviceThatGoesWithItsButtonDownEndsTheDrag) {
+    install();
+    pressMouse();
+
+    struct {
+        xcb_input_detach_slave_t head;
+    } const change{{XCB_INPUT_HIERARCHY_CHANGE_TYPE_DETACH_SLAVE, sizeof(change) / 4, 6, {}}};
+
+    xcb_input_xi_query_version(other_.connection(), 2, 2);
+    const test::Owned<xcb_generic_error_t> error(xcb_request_check(
+        other_.connection(),
+        xcb_input_xi_change_hierarchy_checked(
+            other_.connection(), 1, reinterpret_cast<const xcb_input_hierarchy_change_t*>(&change))));
+    ASSERT_EQ(error, nullptr) << "error " << int{error->error_code};
+    adapters_.catchUp();
+    EXPECT_EQ(types(), click);
+    EXPECT_TRUE(seesClickOf(1));
+}
 
 TEST_F(EventTapDevicesX11, LeftHandedPointerPressesWithTheRightButton) {
     mouse_.setMapping({3, 2, 1});

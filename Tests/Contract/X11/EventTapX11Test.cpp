@@ -59,6 +59,23 @@ TEST_F(EventTapX11, PointerIsAskedOncePerEventHoweverOftenItIsRead) {
     EXPECT_EQ(adapters_.requestsDuring([this] { static_cast<void>(adapters_.pointer.mouseLocation()); }), 1U);
 }
 
+TEST_F(EventTapX11, ReleaseFindsAPointerThatAnotherProgramPutElsewhere) {
+    install();
+    mouse_.press();
+    adapters_.catchUp();
+    mouse_.moveTo({300, 300});
+    adapters_.catchUp();
+    xcb_warp_pointer(other_.connection(), XCB_NONE, other_.root(), 0, 0, 0, 0, 700, 320);
+    other_.sync();
+    adapters_.catchUp();
+    mouse_.release();
+    adapters_.catchUp();
+    EXPECT_EQ(types(), (std::vector<EventType>{EventType::leftMouseDown, EventType::leftMouseDragged,
+                                               EventType::leftMouseDragged, EventType::leftMouseUp}));
+    EXPECT_EQ(recorder_.places.back(), (Point{700.5, 1024 - 320.5}));
+    EXPECT_EQ(recorder_.places[2], recorder_.places.back());
+}
+
 TEST_F(EventTapX11, DragIsSeenWhileAnotherClientHoldsThePointer) {
     install();
     mouse_.press();
