@@ -59,6 +59,28 @@ install_debian_packages() {
     as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}"
 }
 
+# Only what is missing: Homebrew refuses to install a formula again that is pinned, or whose command came from
+# elsewhere.
+install_homebrew_formulas() {
+    local missing=() formula formulas=(nlohmann-json)
+    [ "$1" = build ] || formulas+=(googletest)
+    command -v cmake >/dev/null || missing+=(cmake)
+    command -v ninja >/dev/null || missing+=(ninja)
+    if command -v brew >/dev/null; then
+        for formula in "${formulas[@]}"; do
+            brew list --formula "$formula" >/dev/null 2>&1 || missing+=("$formula")
+        done
+        if [ "${#missing[@]}" -gt 0 ]; then
+            brew install --quiet "${missing[@]}"
+        fi
+    elif [ "${#missing[@]}" -gt 0 ]; then
+        echo "No Homebrew here to install ${missing[*]}: install them yourself, with ${formulas[*]}." >&2
+        return 1
+    else
+        echo "No Homebrew here: install ${formulas[*]} yourself if the build stops." >&2
+    fi
+}
+
 # install_dependencies build|demonstration|test
 install_dependencies() {
     case "$(uname -s)" in
@@ -76,13 +98,7 @@ install_dependencies() {
         install_debian_packages "${packages[@]}"
         ;;
     Darwin)
-        if ! command -v brew >/dev/null; then
-            echo "Homebrew is needed to install cmake, ninja, nlohmann-json and googletest." >&2
-            return 1
-        fi
-        local formulas=(cmake ninja nlohmann-json)
-        [ "$1" = build ] || formulas+=(googletest)
-        brew install --quiet "${formulas[@]}"
+        install_homebrew_formulas "$1"
         ;;
     esac
 }

@@ -1,6 +1,7 @@
 #include "App/Logging/FileLogger.h"
 #include "App/Shell/ApplicationEntry.h"
 #include "Platform/MacOS/Accessibility/MacAccessibilityPlatform.h"
+#include "Platform/MacOS/AppKit/ActivationLoan.h"
 #include "Platform/MacOS/AppKit/AppKitApplication.h"
 #include "Platform/MacOS/AppKit/AppKitFormWindowPlatform.h"
 #include "Platform/MacOS/AppKit/AppKitKeyMonitorPlatform.h"
@@ -18,6 +19,7 @@
 #include "Platform/MacOS/Input/MacEventTapPlatform.h"
 #include "Platform/MacOS/Logging/MacLogPlatform.h"
 #include "Platform/MacOS/Shell/MainBundle.h"
+#include "Platform/MacOS/Shell/ProcessActivity.h"
 #include "Platform/MacOS/Shell/ServiceLoginItem.h"
 #include "Platform/MacOS/Shell/UserDirectories.h"
 #include "Platform/Posix/PosixFileManager.h"
@@ -30,8 +32,10 @@ namespace {
 
 /// Every adapter of the desktop.
 struct Desktop {
+    ProcessActivity activity;
     MacLogPlatform log;
     RunLoopMainLoop mainLoop;
+    ActivationLoan activation{mainLoop};
     NotificationCenter notifications;
     CoreGraphicsDisplayPlatform displays;
     AppKitScreenPlatform screens;
@@ -39,9 +43,9 @@ struct Desktop {
     MacEventTapPlatform eventTap{mainLoop};
     AppKitPointerPlatform pointer;
     AppKitWindowPlatform windows{mainLoop};
-    AppKitViewWindowPlatform viewWindows{mainLoop};
+    AppKitViewWindowPlatform viewWindows{mainLoop, activation};
     AppKitKeyWindow keyWindow;
-    AppKitFormWindowPlatform formWindows{mainLoop};
+    AppKitFormWindowPlatform formWindows{mainLoop, activation};
     AppKitTextMeasurer textMeasurer;
     AppKitStatusBarPlatform statusBar;
     CarbonHotkeyPlatform hotkeys;

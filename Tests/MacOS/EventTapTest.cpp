@@ -1,11 +1,8 @@
 #include "App/Input/EventTapManager.h"
-#include "Platform/MacOS/CoreFoundation/RunLoopMainLoop.h"
-#include "Platform/MacOS/Input/MacEventTapPlatform.h"
-#include "Tests/MacOS/Fakes/FakeMac.h"
+#include "Tests/MacOS/MacTap.h"
 #include "Tests/Support/RecordingLog.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <stdexcept>
 
@@ -15,58 +12,11 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// Receives events, and does what the test wants with each.
-struct Receiver {
-    std::vector<TapEvent> events;
-    std::vector<double> times;
-    std::function<void()> onEvent;
-
-    static const TapEvent* callback(EventTap* /*proxy*/, EventType type, const TapEvent* event,
-                                    void* refcon) {
-        auto& self = *static_cast<Receiver*>(refcon);
-        self.events.push_back({type, event->flags});
-        self.times.push_back(fake::mac().runLoop.now());
-        if (self.onEvent) {
-            self.onEvent();
-        }
-        return nullptr;
-    }
-};
-
 class ForeignTap final : public EventTap {};
 
 class ForeignSource final : public RunLoopSource {};
 
-class MacEventTap : public testing::Test {
-protected:
-    static fake::FakeEventTaps& taps() { return fake::mac().eventTaps; }
-
-    static fake::FakeRunLoop& loop() { return fake::mac().runLoop; }
-
-    void install() {
-        EventTapRequest request;
-        request.eventMask = 0x1046;
-        request.callback = &Receiver::callback;
-        request.refcon = &receiver_;
-        tap_ = platform_.createTap(request);
-        ASSERT_NE(tap_, nullptr);
-        source_ = platform_.createRunLoopSource(*tap_);
-        ASSERT_NE(source_, nullptr);
-        platform_.addSource(*source_);
-        platform_.enableTap(*tap_);
-    }
-
-    void send(CGEventType type, std::uint64_t flags = 0) {
-        taps().send(type, flags);
-        loop().settle();
-    }
-
-    RunLoopMainLoop mainLoop_;
-    MacEventTapPlatform platform_{mainLoop_};
-    Receiver receiver_;
-    std::unique_ptr<EventTap> tap_;
-    std::unique_ptr<RunLoopSource> source_;
-};
+class MacEventTap : public MacTapTest {};
 
 TEST_F(MacEventTap, RequestReachesTheSystemAsItIs) {
     install();
@@ -83,10 +33,13 @@ TEST_F(MacEventTap, EventGoesOnAsItCameWhateverTheCallbackAnswers) {
     EXPECT_EQ(taps().alteredEvents, 0);
 }
 
-TEST_F(MacEventTap, ExceptionStaysInTheCallback) {
+TEST_F(MacEventTap, ExceptionStaysInTheCallbackAndIsLogged) {
     install();
     receiver_.onEvent = [] { throw std::runtime_error("failed"); };
     send(kCGEventLeftMouseDown);
+    EXPECT_THAT(fake::mac().log.lines,
+                ElementsAre(fake::UnifiedLine{"Tarvex", "MacEventTapPlatform", OS_LOG_TYPE_ERROR,
+                                              "swallowed: failed"}));
     send(kCGEventLeftMouseUp);
     EXPECT_EQ(receiver_.events.size(), 2U);
     EXPECT_EQ(taps().alteredEvents, 0);
@@ -107,14 +60,78 @@ TEST_F(MacEventTap, NoticeOfADisabledTapNeedsNoEvent) {
     }
 }
 
-TEST_F(MacEventTap, TapDroppedBeforeItsSourceCallsNoMore) {
+TEST_F(MacEventTap, TapDroppedBeforeItsSourceIsGoneWithIt) {
     install();
     taps().send(kCGEventLeftMouseDown);
     tap_.reset();
+    EXPECT_EQ(taps().liveTaps(), 0U);
+    EXPECT_EQ(loop().sourceCount(), 0U);
     loop().settle();
     send(kCGEventLeftMouseUp);
     EXPECT_THAT(receiver_.events, IsEmpty());
-    EXPECT_EQ(loop().sourceCount(), 1U);
+    platform_.removeSource(*source_);
+}
+
+TEST_F(MacEventTap, TapWithoutASourceIsGoneAsWell) {
+    install();
+    source_.reset();
+    tap_.reset();
+    EXPECT_EQ(taps().liveTaps(), 0U);
+}
+
+TEST_F(MacEventTap, SourceMayBeMadeAnew) {
+    install();
+    source_.reset();
+    const auto other = platform_.createRunLoopSource(*tap_);
+    EXPECT_NE(other, nullptr);
+    tap_.reset();
+    EXPECT_EQ(taps().liveTaps(), 0U);
+}
+
+TEST_F(MacEventTap, TapThatGoesInItsOwnCallIsGoneSoonAfter) {
+    install();
+    taps().send(kCGEventLeftMouseDown);
+    taps().send(kCGEventLeftMouseUp);
+    receiver_.onEvent = [this] {
+        tap_.reset();
+        EXPECT_EQ(taps().liveTaps(), 1U);
+    };
+    loop().settle();
+    EXPECT_EQ(receiver_.events.size(), 1U);
+    EXPECT_EQ(taps().liveTaps(), 0U);
+    EXPECT_EQ(taps().alteredEvents, 0);
+}
+
+TEST_F(MacEventTap, SystemMayCallATapUntilItIsGone) {
+    install();
+    taps().send(kCGEventLeftMouseDown);
+    taps().send(kCGEventLeftMouseUp);
+    receiver_.onEvent = [this] {
+        loop().enqueue([] { taps().handOut(); });
+        source_.reset();
+        tap_.reset();
+    };
+    loop().settle();
+    EXPECT_EQ(receiver_.events.size(), 1U);
+    EXPECT_EQ(taps().liveTaps(), 0U);
+}
+
+TEST_F(MacEventTap, TapIsGoneAlsoWhenTheMainLoopEndsBeforeItsTurn) {
+    {
+        RunLoopMainLoop mainLoop;
+        MacEventTapPlatform platform(mainLoop);
+        EventTapRequest request;
+        request.eventMask = 0x1046;
+        request.callback = &TapReceiver::callback;
+        request.refcon = &receiver_;
+        tap_ = platform.createTap(request);
+        receiver_.onEvent = [this] { tap_.reset(); };
+        taps().send(kCGEventLeftMouseDown);
+        taps().handOut();
+    }
+    EXPECT_EQ(taps().liveTaps(), 1U);
+    loop().settle();
+    EXPECT_EQ(taps().liveTaps(), 0U);
 }
 
 TEST_F(MacEventTap, DestroyedSourceIsOffTheLoop) {
@@ -218,10 +235,10 @@ TEST_F(MacEventTap, ForeignTapsAndSourcesAreLeftAlone) {
     EXPECT_EQ(taps().enabledTaps, 0);
 }
 
-class MacEventTapManager : public MacEventTap {
+class MacEventTapManager : public MacTapTest {
 protected:
     MacEventTapManager() {
-        manager_->setHandler(&Receiver::callback);
+        manager_->setHandler(&TapReceiver::callback);
         manager_->setRefcon(&receiver_);
     }
 
@@ -268,6 +285,20 @@ TEST_F(MacEventTapManager, ManagerThatGoesTakesItsRetriesAlong) {
     manager_.reset();
     loop().advance(5);
     EXPECT_EQ(taps().requests.size(), 1U);
+}
+
+TEST_F(MacEventTapManager, TenTimeoutsLeaveOneTap) {
+    manager_->attemptInstall();
+    receiver_.onEvent = [this] {
+        manager_->stopInstalledTap();
+        manager_->attemptInstall();
+    };
+    for (int timeouts = 0; timeouts < 10; ++timeouts) {
+        taps().disable(kCGEventTapDisabledByTimeout, true);
+        loop().settle();
+    }
+    EXPECT_EQ(taps().requests.size(), 11U);
+    EXPECT_EQ(taps().liveTaps(), 1U);
 }
 
 } // namespace

@@ -10,6 +10,7 @@
 namespace tarvex::fake {
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -96,15 +97,66 @@ TEST(FakeMac, HandlersAndHotkeysAreCounted) {
                 ElementsAre("leaked: UnregisterEventHotKey of no hotkey", "leaked: event handler"));
 }
 
+CFMachPortRef makeTap(CGEventTapCallBack callback = nullptr) {
+    return CGEventTapCreate(kCGSessionEventTap, kCGHeadInsertEventTap, kCGEventTapOptionDefault,
+                            CGEventMask{1} << kCGEventLeftMouseDown, callback, nullptr);
+}
+
 TEST(FakeMac, SourceLeftOnTheLoopIsNoticed) {
     FakeMac inner;
-    const CFMachPortRef tap = CGEventTapCreate(kCGSessionEventTap, kCGHeadInsertEventTap,
-                                               kCGEventTapOptionDefault, 0, nullptr, nullptr);
+    const CFMachPortRef tap = makeTap();
     const CFRunLoopSourceRef source = CFMachPortCreateRunLoopSource(nullptr, tap, 0);
     CFRunLoopAddSource(CFRunLoopGetMain(), source, kCFRunLoopCommonModes);
     CFRelease(source);
     CFRelease(tap);
-    EXPECT_THAT(inner.faults(), ElementsAre("a source was left on the run loop"));
+    EXPECT_THAT(inner.faults(), Contains("a source was left on the run loop"));
+}
+
+TEST(FakeMac, TapStaysUntilItsPortIsInvalidated) {
+    FakeMac inner;
+    const CFMachPortRef kept = makeTap();
+    const CFMachPortRef removed = makeTap();
+    CFMachPortInvalidate(removed);
+    EXPECT_EQ(inner.eventTaps.liveTaps(), 1U);
+    EXPECT_EQ(CFMachPortCreateRunLoopSource(nullptr, removed, 0), nullptr);
+    CFRelease(removed);
+    CFRelease(kept);
+    EXPECT_THAT(inner.faults(), ElementsAre("leaked: event tap with 1 references"));
+}
+
+TEST(FakeMac, TapInvalidatedInItsOwnCallbackIsNoticed) {
+    FakeMac inner;
+    const CFMachPortRef tap = makeTap([](CGEventTapProxy, CGEventType, CGEventRef event, void*) {
+        mac().eventTaps.invalidateAll();
+        return event;
+    });
+    inner.eventTaps.send(kCGEventLeftMouseDown);
+    inner.eventTaps.handOut();
+    CFRelease(tap);
+    EXPECT_THAT(inner.faults(), ElementsAre("a tap was invalidated in its own callback"));
+}
+
+TEST(FakeMac, ObserversAreCounted) {
+    FakeMac inner;
+    const CFStringRef name = makeString("something happened");
+    const auto callback = [](CFNotificationCenterRef, void* observer, CFNotificationName, const void*,
+                             CFDictionaryRef) { ++*static_cast<int*>(observer); };
+    int immediate = 0;
+    int patient = 0;
+    const CFNotificationCenterRef center = CFNotificationCenterGetDistributedCenter();
+    CFNotificationCenterAddObserver(center, &immediate, callback, name, nullptr,
+                                    CFNotificationSuspensionBehaviorDeliverImmediately);
+    CFNotificationCenterAddObserver(center, &patient, callback, name, nullptr,
+                                    CFNotificationSuspensionBehaviorHold);
+    inner.notifications.tellEverybody("something happened");
+    inner.runLoop.settle();
+    EXPECT_EQ(immediate, 1);
+    EXPECT_EQ(patient, 0);
+    CFNotificationCenterRemoveObserver(center, &immediate, name, nullptr);
+    CFNotificationCenterRemoveObserver(center, &immediate, name, nullptr);
+    CFRelease(name);
+    EXPECT_THAT(inner.faults(), ElementsAre("CFNotificationCenterRemoveObserver of none",
+                                            "leaked: observer of something happened"));
 }
 
 TEST(FakeMac, OtherModesAreNoticed) {

@@ -18,7 +18,7 @@ struct MacWindow {
 };
 
 /// Opens a window of a program of its own, in front of the others.
-/// @param frame in accessibility space
+/// @param frame in the system's own space: origin at the top-left of the primary display, y down
 /// @param depth how many parts lie one within the other
 inline MacWindow openMacWindow(int program, const Rect& frame, int depth = 3) {
     fake::FakeAccessibility& tree = fake::mac().accessibility;

@@ -39,6 +39,7 @@ static_assert(sizeof(io_object_t) == 4 && sizeof(kern_return_t) == 4);
 // Core Foundation.
 static_assert(kCFStringEncodingUTF8 == 0x08000100);
 static_assert(kCFNumberSInt64Type == 4);
+static_assert(CFNotificationSuspensionBehaviorDeliverImmediately == 4);
 
 // Accessibility.
 static_assert(kAXErrorSuccess == 0);
@@ -74,6 +75,8 @@ static_assert(kCGEventFlagMaskShift == 0x20000);
 static_assert(kCGEventFlagMaskControl == 0x40000);
 static_assert(kCGEventFlagMaskAlternate == 0x80000);
 static_assert(kCGEventFlagMaskCommand == 0x100000);
+static_assert(kCGEventSourceStateHIDSystemState == 1);
+static_assert(kCGMouseButtonLeft == 0);
 
 // Displays and the I/O registry.
 static_assert(kCGErrorSuccess == 0);
@@ -149,8 +152,23 @@ struct Signatures {
                                CFRunLoopTimerCallBack, CFRunLoopTimerContext*) = &CFRunLoopTimerCreate;
     void (*invalidateTimer)(CFRunLoopTimerRef) = &CFRunLoopTimerInvalidate;
     CFRunLoopSourceRef (*portSource)(CFAllocatorRef, CFMachPortRef, CFIndex) = &CFMachPortCreateRunLoopSource;
+    void (*invalidatePort)(CFMachPortRef) = &CFMachPortInvalidate;
+    CFMachPortInvalidationCallBack (*invalidationCallback)(CFMachPortRef) =
+        &CFMachPortGetInvalidationCallBack;
+    void (*setInvalidationCallback)(CFMachPortRef,
+                                    CFMachPortInvalidationCallBack) = &CFMachPortSetInvalidationCallBack;
     dispatch_queue_main_t (*mainQueue)() = &dispatch_get_main_queue;
     void (*async)(dispatch_queue_t, void*, dispatch_function_t) = &dispatch_async_f;
+
+    // Notifications.
+    CFNotificationCenterRef (*localCenter)() = &CFNotificationCenterGetLocalCenter;
+    CFNotificationCenterRef (*distributedCenter)() = &CFNotificationCenterGetDistributedCenter;
+    void (*addObserver)(CFNotificationCenterRef, const void*, CFNotificationCallback, CFStringRef,
+                        const void*, CFNotificationSuspensionBehavior) = &CFNotificationCenterAddObserver;
+    void (*removeObserver)(CFNotificationCenterRef, const void*, CFNotificationName,
+                           const void*) = &CFNotificationCenterRemoveObserver;
+    void (*postNotification)(CFNotificationCenterRef, CFNotificationName, const void*, CFDictionaryRef,
+                             Boolean) = &CFNotificationCenterPostNotification;
 
     // Accessibility.
     Boolean (*trusted)(CFDictionaryRef) = &AXIsProcessTrustedWithOptions;
@@ -172,6 +190,7 @@ struct Signatures {
                          CGEventTapCallBack, void*) = &CGEventTapCreate;
     void (*enableTap)(CFMachPortRef, bool) = &CGEventTapEnable;
     CGEventFlags (*eventFlags)(CGEventRef) = &CGEventGetFlags;
+    bool (*buttonState)(CGEventSourceStateID, CGMouseButton) = &CGEventSourceButtonState;
 
     // Displays and the I/O registry.
     CGError (*displayList)(uint32_t, CGDirectDisplayID*, uint32_t*) = &CGGetActiveDisplayList;
@@ -229,6 +248,9 @@ struct Signatures {
 [[maybe_unused]] constexpr EventHandlerUPP eventHandler = [](EventHandlerCallRef, EventRef,
                                                              void*) -> OSStatus { return noErr; };
 [[maybe_unused]] constexpr CFRunLoopTimerCallBack timerCallback = [](CFRunLoopTimerRef, void*) {};
+[[maybe_unused]] constexpr CFMachPortInvalidationCallBack invalidationCallback = [](CFMachPortRef, void*) {};
+[[maybe_unused]] constexpr CFNotificationCallback notificationCallback =
+    [](CFNotificationCenterRef, void*, CFNotificationName, const void*, CFDictionaryRef) {};
 [[maybe_unused]] constexpr dispatch_function_t queuedFunction = [](void*) {};
 static_assert(std::is_same_v<decltype(CFRunLoopTimerContext::retain), const void* (*)(const void*)>);
 static_assert(std::is_same_v<decltype(CFRunLoopTimerContext::release), void (*)(const void*)>);

@@ -1,7 +1,9 @@
 #include "Platform/MacOS/Accessibility/MacAccessibilityPlatform.h"
 
 #include "Platform/MacOS/CoreFoundation/CFText.h"
+#include "Platform/MacOS/Displays/CoreGraphicsDisplayPlatform.h"
 
+#include <algorithm>
 #include <memory>
 #include <utility>
 
@@ -39,8 +41,20 @@ CFHandle<AXUIElementRef> makeSystemWideElement() {
     return systemWide;
 }
 
+// Where accessibility space begins, in the system's own space, which begins at the top of the primary
+// display: 0, or less where another display reaches above that one. Asked anew each time, since displays come
+// and go.
+double desktopTop() {
+    CoreGraphicsDisplayPlatform displays;
+    double top = 0;
+    for (const std::uint32_t display : displays.activeDisplays(displays.activeDisplays(0).count).displays) {
+        top = std::min(top, displays.bounds(display).minY());
+    }
+    return top;
+}
+
 CFHandle<AXValueRef> wrapPoint(Point point) {
-    const CGPoint native{point.x, point.y};
+    const CGPoint native{point.x, point.y + desktopTop()};
     return CFHandle<AXValueRef>::adopt(AXValueCreate(kAXValueTypeCGPoint, &native));
 }
 
@@ -54,7 +68,7 @@ AccessibilityValue unwrap(AXValueRef value) {
     if (type == kAXValueTypeCGPoint) {
         CGPoint point{};
         if (AXValueGetValue(value, type, &point) != 0) {
-            return Point{point.x, point.y};
+            return Point{point.x, point.y - desktopTop()};
         }
     }
     if (type == kAXValueTypeCGSize) {
@@ -104,7 +118,8 @@ AccessibilityElementResult MacAccessibilityPlatform::copyElementAtPosition(float
         return {kAXErrorFailure, nullptr};
     }
     AXUIElementRef found = nullptr;
-    const AXError error = AXUIElementCopyElementAtPosition(systemWide.get(), x, y, &found);
+    const AXError error =
+        AXUIElementCopyElementAtPosition(systemWide.get(), x, static_cast<float>(y + desktopTop()), &found);
     // Whatever came with an error is owned all the same.
     auto element = CFHandle<AXUIElementRef>::adopt(found);
     return {error, error == kAXErrorSuccess ? wrap(std::move(element)) : nullptr};

@@ -10,7 +10,8 @@ namespace tarvex {
 /// Other programs' windows through the accessibility interface. Error codes are AXError values. Every
 /// question is a message to the program that owns the element: one that does not answer within
 /// messagingTimeoutSeconds gives kAXErrorCannotComplete, since the caller sits in an event tap that holds up
-/// the input of the whole desktop.
+/// the input of the whole desktop. Points are translated from and to the system's own space, whose origin is
+/// the top-left of the primary display, however far other displays reach above it.
 class MacAccessibilityPlatform final : public AccessibilityPlatform {
 public:
     /// A press asks up to three questions of a program that has just stopped answering; together they stay

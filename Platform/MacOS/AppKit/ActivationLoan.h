@@ -1,24 +1,57 @@
 #pragma once
 
+#include "App/Toolkit/MainLoop.h"
+#include "Platform/MacOS/AppKit/ActionTarget.h"
 #include "Platform/MacOS/AppKit/ObjCHandle.h"
 
 #import <AppKit/AppKit.h>
+#include <memory>
+#include <vector>
 
 namespace tarvex {
 
-/// Remembers which program was active before this one took the keyboard, and makes it active again: a program
-/// without a window of its own left would otherwise stay active, and the keyboard reach nobody.
+/// Remembers which program was in front before this one, and makes it active again when the last window has
+/// closed for which this one came to the front: a program without a window of its own left would otherwise
+/// stay active, and the keyboard reach nobody. There is one for all windows of the program.
 class ActivationLoan {
 public:
-    /// To be called before this program becomes active. Nothing changes while it is.
-    void borrow();
+    /// The main loop must outlive the loan.
+    explicit ActivationLoan(MainLoop& mainLoop);
+    ActivationLoan(const ActivationLoan&) = delete;
+    ActivationLoan& operator=(const ActivationLoan&) = delete;
+    ActivationLoan(ActivationLoan&&) = delete;
+    ActivationLoan& operator=(ActivationLoan&&) = delete;
+    ~ActivationLoan();
 
-    /// Makes the other program active, unless this one has a titled window to go on with.
-    /// @param closing the window that goes
-    void giveBack(NSWindow* closing);
+    /// To be called before the window shows itself, and before this program becomes active for it; again
+    /// whenever it is brought to the front anew.
+    void noteOpening(NSWindow* window);
+
+    /// To be called before the window closes or is hidden. A window that did not open, or has closed already,
+    /// changes nothing. Another program becomes active no sooner than the main loop is back, so that a window
+    /// may take the place of another.
+    void noteClosing(NSWindow* window);
 
 private:
+    struct Borrower {
+        ObjCHandle<NSWindow*> window;
+        /// Whether the program is in front for it. One that was left open behind other programs does not
+        /// count.
+        bool isInUse = true;
+    };
+
+    [[nodiscard]] std::vector<Borrower>::iterator find(NSWindow* window);
+    void noteFront(NSRunningApplication* application);
+    void noteKeyWindow();
+    void giveBack();
+
+    MainLoop* mainLoop_;
+    /// The program that was in front last, other than this one.
     ObjCHandle<NSRunningApplication*> lender_;
+    std::vector<Borrower> borrowers_;
+    ActionTarget applicationActivated_;
+    /// Ends with the loan, which tells a posted call that nobody wants it any more.
+    std::shared_ptr<const bool> life_ = std::make_shared<const bool>(true);
 };
 
 } // namespace tarvex

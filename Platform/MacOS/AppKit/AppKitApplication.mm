@@ -71,7 +71,8 @@ void runApplication(AppDelegate& delegate, std::function<void()> reopened) {
     }
 }
 
-// The call is there on every macOS. The one that macOS 14 brought in its place makes the same request.
+// The call is there on every macOS. In practice it still activates where the one that macOS 14 brought in its
+// place declines, as for a hotkey that was pressed in another program.
 void activateApplication() {
     @autoreleasepool {
         [NSApp activateIgnoringOtherApps:YES];

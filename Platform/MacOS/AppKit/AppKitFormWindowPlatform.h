@@ -5,11 +5,15 @@
 
 namespace tarvex {
 
+class ActivationLoan;
+
 /// Titled windows with AppKit's own controls.
 class AppKitFormWindowPlatform final : public FormWindowPlatform {
 public:
-    /// The main loop must outlive the platform and its windows.
-    explicit AppKitFormWindowPlatform(MainLoop& mainLoop) : mainLoop_(&mainLoop) {}
+    /// The main loop and the loan, which all windows of the program share, must outlive the platform and its
+    /// windows.
+    AppKitFormWindowPlatform(MainLoop& mainLoop, ActivationLoan& activation)
+        : mainLoop_(&mainLoop), activation_(&activation) {}
 
     [[nodiscard]] std::unique_ptr<FormWindow> makeFormWindow(const FormWindowAttributes& attributes,
                                                              FormOwner& owner) override;
@@ -18,6 +22,7 @@ public:
 
 private:
     MainLoop* mainLoop_;
+    ActivationLoan* activation_;
 };
 
 } // namespace tarvex

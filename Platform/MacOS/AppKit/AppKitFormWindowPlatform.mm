@@ -1,40 +1,15 @@
 #include "Platform/MacOS/AppKit/AppKitFormWindowPlatform.h"
 
+#include "Platform/MacOS/AppKit/ActivationLoan.h"
 #include "Platform/MacOS/AppKit/AppKitApplication.h"
 #include "Platform/MacOS/AppKit/FormRealizer.h"
-#include "Platform/MacOS/AppKit/Guarded.h"
 #include "Platform/MacOS/AppKit/NativeGeometry.h"
 #include "Platform/MacOS/AppKit/NativeText.h"
 #include "Platform/MacOS/AppKit/NativeWindow.h"
+#include "Platform/MacOS/AppKit/TitledWindow.h"
 
 #import <AppKit/AppKit.h>
-#include <functional>
 #include <utility>
-
-/// A window that tells when it was closed: the toolkit's notice comes while it is still to be seen.
-@interface TarvexTitledWindow : NSWindow {
-    const std::function<void()>* closed_;
-}
-/// @param closed its owner takes it away again before it goes; null for nobody
-- (void)setClosed:(const std::function<void()>*)closed;
-@end
-
-@implementation TarvexTitledWindow
-
-- (void)setClosed:(const std::function<void()>*)closed {
-    closed_ = closed;
-}
-
-// The title bar and the keyboard close it through this, too.
-- (void)close {
-    const bool wasOpen = [self isVisible] == YES;
-    [super close];
-    if (wasOpen && closed_ != nullptr) {
-        tarvex::callGuarded(*closed_);
-    }
-}
-
-@end
 
 namespace tarvex {
 
@@ -51,20 +26,25 @@ ObjCHandle<TarvexTitledWindow*> makeTitledWindow(const FormWindowAttributes& att
     [window.get() setReleasedWhenClosed:NO];
     [window.get() setTitle:makeString(attributes.title).get()];
     [window.get() setLevel:attributes.level];
+    [window.get() setAutorecalculatesKeyViewLoop:NO];
     return window;
 }
 
-class AppKitFormWindow final : public FormWindow {
+class AppKitFormWindow final : public FormWindow, private TitledWindowOwner {
 public:
-    AppKitFormWindow(MainLoop& mainLoop, const FormWindowAttributes& attributes, FormOwner& owner)
-        : mainLoop_(&mainLoop), owner_(&owner), contentSize_(attributes.contentSize) {
+    AppKitFormWindow(MainLoop& mainLoop, ActivationLoan& activation, const FormWindowAttributes& attributes,
+                     FormOwner& owner)
+        : mainLoop_(&mainLoop),
+          activation_(&activation),
+          owner_(&owner),
+          contentSize_(attributes.contentSize) {
         @autoreleasepool {
             window_ = makeTitledWindow(attributes);
             controls_ = std::make_unique<FormRealizer>(
-                [window_.get() contentView],
+                [window_.get() contentView], FirstClick::activates,
                 [this](const std::string& controlId, double value) { handleUse(controlId, value); });
             layOut();
-            [window_.get() setClosed:&closed_];
+            [window_.get() tarvexSetOwner:this];
         }
     }
 
@@ -75,7 +55,8 @@ public:
 
     ~AppKitFormWindow() override {
         @autoreleasepool {
-            [window_.get() setClosed:nullptr];
+            [window_.get() tarvexSetOwner:nullptr];
+            activation_->noteClosing(window_.get());
             [window_.get() close];
             keepForThisTurn(window_.get());
         }
@@ -105,6 +86,7 @@ public:
                 layOut();
             }
             handOverPicture(window_.get());
+            activation_->noteOpening(window_.get());
             [window_.get() makeKeyAndOrderFront:nil];
             if ([window_.get() firstResponder] == window_.get()) {
                 [window_.get() selectKeyViewFollowingView:[window_.get() contentView]];
@@ -119,9 +101,15 @@ public:
     }
 
 private:
+    void titledWindowWillClose() override { activation_->noteClosing(window_.get()); }
+
+    void titledWindowDidClose() override { owner_->windowDidClose(); }
+
     void layOut() {
         isLayoutDue_ = false;
         controls_->realize(owner_->form(contentSize_));
+        // A window without one arranges its views for the tabulator itself when it first shows.
+        [window_.get() setInitialFirstResponder:controls_->firstUsable()];
     }
 
     void handleUse(const std::string& controlId, double value) {
@@ -130,9 +118,9 @@ private:
     }
 
     MainLoop* mainLoop_;
+    ActivationLoan* activation_;
     FormOwner* owner_;
     Size contentSize_;
-    std::function<void()> closed_ = [this] { owner_->windowDidClose(); };
     ObjCHandle<TarvexTitledWindow*> window_;
     std::unique_ptr<FormRealizer> controls_;
     bool isLayoutDue_ = false;
@@ -144,7 +132,7 @@ private:
 
 std::unique_ptr<FormWindow> AppKitFormWindowPlatform::makeFormWindow(const FormWindowAttributes& attributes,
                                                                      FormOwner& owner) {
-    return std::make_unique<AppKitFormWindow>(*mainLoop_, attributes, owner);
+    return std::make_unique<AppKitFormWindow>(*mainLoop_, *activation_, attributes, owner);
 }
 
 void AppKitFormWindowPlatform::activateIgnoringOtherApps() {

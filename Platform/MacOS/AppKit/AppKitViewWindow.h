@@ -2,6 +2,7 @@
 
 #include "App/Toolkit/MainLoop.h"
 #include "App/Toolkit/View.h"
+#include "Core/Displays/ScreenPlatform.h"
 #include "Platform/MacOS/AppKit/ActionTarget.h"
 #include "Platform/MacOS/AppKit/ActivationLoan.h"
 #include "Platform/MacOS/AppKit/CanvasView.h"
@@ -10,6 +11,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace tarvex {
 
@@ -17,7 +19,8 @@ namespace tarvex {
 /// controls are brought up to date when the main loop is back.
 class AppKitViewWindow final : public ViewWindow, private CanvasOwner {
 public:
-    AppKitViewWindow(MainLoop& mainLoop, const WindowAttributes& attributes, View& view);
+    AppKitViewWindow(MainLoop& mainLoop, ActivationLoan& activation, const WindowAttributes& attributes,
+                     View& view);
     AppKitViewWindow(const AppKitViewWindow&) = delete;
     AppKitViewWindow& operator=(const AppKitViewWindow&) = delete;
     AppKitViewWindow(AppKitViewWindow&&) = delete;
@@ -44,14 +47,17 @@ private:
     bool keyDown(const KeyEvent& event) override { return view_->keyDown(event); }
 
     void realizeForm();
+    void noteScreens();
 
     MainLoop* mainLoop_;
+    ActivationLoan* activation_;
     View* view_;
     ObjCHandle<TarvexCanvasView*> canvas_;
     ObjCHandle<TarvexWindow*> window_;
     std::unique_ptr<FormRealizer> controls_;
+    /// The screens that the window lies on, without their names.
+    std::vector<Screen> grounds_;
     ActionTarget screensChanged_;
-    ActivationLoan activation_;
     bool isFormDue_ = false;
     /// Ends with the window, which tells a posted call that nobody wants it any more.
     std::shared_ptr<const bool> life_ = std::make_shared<const bool>(true);

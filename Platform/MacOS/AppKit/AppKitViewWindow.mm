@@ -1,6 +1,7 @@
 #include "Platform/MacOS/AppKit/AppKitViewWindow.h"
 
 #include "Platform/MacOS/AppKit/AppKitApplication.h"
+#include "Platform/MacOS/AppKit/AppKitScreenPlatform.h"
 #include "Platform/MacOS/AppKit/AppKitViewWindowPlatform.h"
 #include "Platform/MacOS/AppKit/NativeGeometry.h"
 #include "Platform/MacOS/AppKit/SceneRenderer.h"
@@ -9,20 +10,40 @@
 
 namespace tarvex {
 
-AppKitViewWindow::AppKitViewWindow(MainLoop& mainLoop, const WindowAttributes& attributes, View& view)
+namespace {
+
+bool overlap(const Rect& one, const Rect& other) {
+    return one.minX() < other.maxX() && other.minX() < one.maxX() && one.minY() < other.maxY() &&
+           other.minY() < one.maxY();
+}
+
+std::vector<Screen> groundsOf(const Rect& frame) {
+    std::vector<Screen> grounds = AppKitScreenPlatform().screens();
+    std::erase_if(grounds, [&](const Screen& screen) { return !overlap(screen.frame, frame); });
+    for (Screen& screen : grounds) {
+        screen.localizedName.clear();
+    }
+    return grounds;
+}
+
+} // namespace
+
+AppKitViewWindow::AppKitViewWindow(MainLoop& mainLoop, ActivationLoan& activation,
+                                   const WindowAttributes& attributes, View& view)
     : mainLoop_(&mainLoop),
+      activation_(&activation),
       view_(&view),
-      screensChanged_([this](id /*notification*/) { view_->screensChanged(); }) {
+      grounds_(groundsOf(attributes.contentRect)),
+      screensChanged_([this](id /*notification*/) { noteScreens(); }) {
     @autoreleasepool {
         const NSRect bounds = NSMakeRect(0, 0, attributes.contentRect.width, attributes.contentRect.height);
-        canvas_ =
-            ObjCHandle<TarvexCanvasView*>::adopt([[TarvexCanvasView alloc] initWithFrame:bounds
-                                                                                   owner:this
-                                                                                   input:CanvasInput::all]);
+        canvas_ = ObjCHandle<TarvexCanvasView*>::adopt(
+            [[TarvexCanvasView alloc] initTarvexWithFrame:bounds owner:this input:CanvasInput::all]);
         window_ = makeNativeWindow(attributes, canvas_.get());
         controls_ = std::make_unique<FormRealizer>(
-            canvas_.get(),
+            canvas_.get(), FirstClick::counts,
             [this](const std::string& controlId, double /*value*/) { view_->controlActivated(controlId); });
+        [window_.get() setAccessibilityTitle:@"Zone Editor"];
         [window_.get() makeFirstResponder:canvas_.get()];
         [[NSNotificationCenter defaultCenter] addObserver:screensChanged_.object()
                                                  selector:ActionTarget::selector()
@@ -34,10 +55,8 @@ AppKitViewWindow::AppKitViewWindow(MainLoop& mainLoop, const WindowAttributes& a
 AppKitViewWindow::~AppKitViewWindow() {
     @autoreleasepool {
         [[NSNotificationCenter defaultCenter] removeObserver:screensChanged_.object()];
-        [canvas_.get() forgetOwner];
-        if ([window_.get() isKeyWindow]) {
-            activation_.giveBack(window_.get());
-        }
+        [canvas_.get() tarvexForgetOwner];
+        activation_->noteClosing(window_.get());
         [window_.get() close];
         keepForThisTurn(window_.get());
     }
@@ -62,7 +81,7 @@ void AppKitViewWindow::setNeedsDisplay() {
 
 void AppKitViewWindow::makeKeyAndOrderFront() {
     @autoreleasepool {
-        activation_.borrow();
+        activation_->noteOpening(window_.get());
         realizeForm();
         [window_.get() makeFirstResponder:canvas_.get()];
         handOverPicture(window_.get());
@@ -79,9 +98,18 @@ void AppKitViewWindow::realizeForm() {
     controls_->realize(view_->form());
 }
 
+// The notice comes as well when a screen only becomes brighter (Apple, NSScreen,
+// maximumExtendedDynamicRangeColorComponentValue).
+void AppKitViewWindow::noteScreens() {
+    const std::vector<Screen> grounds = groundsOf(frame());
+    if (std::exchange(grounds_, grounds) != grounds) {
+        view_->screensChanged();
+    }
+}
+
 std::unique_ptr<ViewWindow> AppKitViewWindowPlatform::makeViewWindow(const WindowAttributes& attributes,
                                                                      View& view) {
-    return std::make_unique<AppKitViewWindow>(*mainLoop_, attributes, view);
+    return std::make_unique<AppKitViewWindow>(*mainLoop_, *activation_, attributes, view);
 }
 
 void AppKitViewWindowPlatform::activateIgnoringOtherApps() {

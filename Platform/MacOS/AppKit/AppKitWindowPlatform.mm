@@ -20,7 +20,7 @@ public:
             const NSRect bounds =
                 NSMakeRect(0, 0, attributes.contentRect.width, attributes.contentRect.height);
             canvas_ = ObjCHandle<TarvexCanvasView*>::adopt(
-                [[TarvexCanvasView alloc] initWithFrame:bounds owner:this input:CanvasInput::none]);
+                [[TarvexCanvasView alloc] initTarvexWithFrame:bounds owner:this input:CanvasInput::none]);
             window_ = makeNativeWindow(attributes, canvas_.get());
         }
     }
@@ -32,7 +32,7 @@ public:
 
     ~AppKitWindow() override {
         @autoreleasepool {
-            [canvas_.get() forgetOwner];
+            [canvas_.get() tarvexForgetOwner];
             [window_.get() close];
         }
     }
@@ -49,11 +49,13 @@ public:
 
     void orderFront() override {
         isWanted_ = true;
+        isFrontDue_ = true;
         endTurnLater();
     }
 
     void orderOut() override {
         isWanted_ = false;
+        isFrontDue_ = false;
         endTurnLater();
     }
 
@@ -81,13 +83,17 @@ private:
                 [canvas_.get() setNeedsDisplay:YES];
                 handOverPicture(window_.get());
             }
-            [window_.get() orderFront:nil];
+            // A new picture alone is no reason to come before what was put in front since.
+            if (std::exchange(isFrontDue_, false)) {
+                [window_.get() orderFront:nil];
+            }
         }
     }
 
     MainLoop* mainLoop_;
     Scene scene_;
     bool isWanted_ = false;
+    bool isFrontDue_ = false;
     bool needsDisplay_ = true;
     bool isTurnEnding_ = false;
     ObjCHandle<TarvexCanvasView*> canvas_;

@@ -27,7 +27,6 @@ ObjCHandle<NSAttributedString*> makeTitle(const Control& control, NSColor* color
 }
 
 void applyShadow(CALayer* layer, const ControlShadow& shadow) {
-    [layer setShadowColor:[nativeColor(shadow.color) CGColor]];
     [layer setShadowOpacity:static_cast<float>(shadow.opacity)];
     [layer setShadowRadius:shadow.radius];
     [layer setShadowOffset:nativeSize(shadow.offset)];
@@ -36,6 +35,12 @@ void applyShadow(CALayer* layer, const ControlShadow& shadow) {
 void applyToLayer(CALayer* layer, const ButtonStyle& style) {
     [layer setCornerRadius:style.cornerRadius];
     [layer setBorderWidth:style.borderWidth];
+    if (style.shadow) {
+        applyShadow(layer, *style.shadow);
+    }
+}
+
+void applyColors(CALayer* layer, const ButtonStyle& style) {
     if (style.borderColor) {
         [layer setBorderColor:[nativeColor(*style.borderColor) CGColor]];
     }
@@ -43,7 +48,7 @@ void applyToLayer(CALayer* layer, const ButtonStyle& style) {
         [layer setBackgroundColor:[nativeColor(*style.backgroundColor) CGColor]];
     }
     if (style.shadow) {
-        applyShadow(layer, *style.shadow);
+        [layer setShadowColor:[nativeColor(style.shadow->color) CGColor]];
     }
 }
 
@@ -64,6 +69,18 @@ void applyButtonStyle(NSButton* button, const Control& control, const ButtonStyl
     if (needsLayer(style)) {
         [button setWantsLayer:YES];
         applyToLayer([button layer], style);
+        applyLayerColors(button, style);
+    }
+}
+
+void applyLayerColors(NSButton* button, const ButtonStyle& style) {
+    CALayer* const layer = [button layer];
+    if (layer != nil) {
+        // The block would take a copy of the style itself.
+        const ButtonStyle* const shown = &style;
+        [[button effectiveAppearance] performAsCurrentDrawingAppearance:^{
+          applyColors(layer, *shown);
+        }];
     }
 }
 

@@ -51,12 +51,14 @@ enum class CanvasInput : std::uint8_t {
 @interface TarvexCanvasView : NSView {
     tarvex::CanvasOwner* owner_;
     tarvex::CanvasInput input_;
+    NSTimeInterval motionTime_;
+    NSPoint motionLocation_;
 }
-- (instancetype)initWithFrame:(NSRect)frame
-                        owner:(tarvex::CanvasOwner*)owner
-                        input:(tarvex::CanvasInput)input;
+- (instancetype)initTarvexWithFrame:(NSRect)frame
+                              owner:(tarvex::CanvasOwner*)owner
+                              input:(tarvex::CanvasInput)input;
 /// Draws nothing and reports nothing from now on.
-- (void)forgetOwner;
+- (void)tarvexForgetOwner;
 @end
 
 namespace tarvex {

@@ -36,21 +36,22 @@ std::uint64_t eventFlags(NSEvent* event) {
 
 @implementation TarvexCanvasView
 
-- (instancetype)initWithFrame:(NSRect)frame owner:(CanvasOwner*)owner input:(CanvasInput)input {
+- (instancetype)initTarvexWithFrame:(NSRect)frame owner:(CanvasOwner*)owner input:(CanvasInput)input {
     self = [super initWithFrame:frame];
     if (self != nil) {
         owner_ = owner;
         input_ = input;
+        motionTime_ = -1;
         [self setWantsLayer:YES];
         if (input == CanvasInput::all) {
-            [self trackPointer];
+            [self tarvexTrackPointer];
         }
     }
     return self;
 }
 
 // An area that follows the visible part of the view needs no renewal when the view changes its size.
-- (void)trackPointer {
+- (void)tarvexTrackPointer {
     const NSTrackingAreaOptions options = NSTrackingMouseEnteredAndExited | NSTrackingMouseMoved |
                                           NSTrackingActiveAlways | NSTrackingInVisibleRect |
                                           NSTrackingEnabledDuringMouseDrag;
@@ -62,7 +63,7 @@ std::uint64_t eventFlags(NSEvent* event) {
     [self addTrackingArea:area.get()];
 }
 
-- (void)forgetOwner {
+- (void)tarvexForgetOwner {
     owner_ = nullptr;
 }
 
@@ -87,14 +88,14 @@ std::uint64_t eventFlags(NSEvent* event) {
     return input_ == CanvasInput::all;
 }
 
-- (void)send:(NSEvent*)event to:(void (CanvasOwner::*)(const MouseEvent&))handler {
+- (void)tarvexSend:(NSEvent*)event to:(void (CanvasOwner::*)(const MouseEvent&))handler {
     const tarvex::Point location = tarvex::pointOf([self convertPoint:[event locationInWindow] fromView:nil]);
-    [self sendLocation:location of:event to:handler];
+    [self tarvexSendLocation:location of:event to:handler];
 }
 
-- (void)sendLocation:(tarvex::Point)location
-                  of:(NSEvent*)event
-                  to:(void (CanvasOwner::*)(const MouseEvent&))handler {
+- (void)tarvexSendLocation:(tarvex::Point)location
+                        of:(NSEvent*)event
+                        to:(void (CanvasOwner::*)(const MouseEvent&))handler {
     // The handler may be the end of the owner, its window and this view.
     const auto self_ = tarvex::ObjCHandle<TarvexCanvasView*>::share(self);
     if (owner_ != nullptr) {
@@ -103,14 +104,27 @@ std::uint64_t eventFlags(NSEvent* event) {
     }
 }
 
+// The same motion comes once through the area and once to the first responder of a window that accepts it.
+- (BOOL)tarvexHasSeenMotion:(NSEvent*)event {
+    const NSTimeInterval time = [event timestamp];
+    const NSPoint location = [event locationInWindow];
+    const bool isSame =
+        time == motionTime_ && location.x == motionLocation_.x && location.y == motionLocation_.y;
+    motionTime_ = time;
+    motionLocation_ = location;
+    return isSame ? YES : NO;
+}
+
 - (void)mouseMoved:(NSEvent*)event {
-    [self send:event to:&CanvasOwner::mouseMoved];
+    if (![self tarvexHasSeenMotion:event]) {
+        [self tarvexSend:event to:&CanvasOwner::mouseMoved];
+    }
 }
 
 // The area reports the pointer's comings and goings during a drag as well; the drag goes on outside.
 - (void)mouseEntered:(NSEvent*)event {
     if ([NSEvent pressedMouseButtons] == 0) {
-        [self send:event to:&CanvasOwner::mouseMoved];
+        [self tarvexSend:event to:&CanvasOwner::mouseMoved];
     }
 }
 
@@ -123,23 +137,23 @@ std::uint64_t eventFlags(NSEvent* event) {
         // Another window came under the pointer: for the view it is as good as gone.
         location = {-1, -1};
     }
-    [self sendLocation:location of:event to:&CanvasOwner::mouseMoved];
+    [self tarvexSendLocation:location of:event to:&CanvasOwner::mouseMoved];
 }
 
 - (void)mouseDown:(NSEvent*)event {
-    [self send:event to:&CanvasOwner::mouseDown];
+    [self tarvexSend:event to:&CanvasOwner::mouseDown];
 }
 
 - (void)mouseDragged:(NSEvent*)event {
-    [self send:event to:&CanvasOwner::mouseDragged];
+    [self tarvexSend:event to:&CanvasOwner::mouseDragged];
 }
 
 - (void)mouseUp:(NSEvent*)event {
-    [self send:event to:&CanvasOwner::mouseUp];
+    [self tarvexSend:event to:&CanvasOwner::mouseUp];
 }
 
 - (void)rightMouseDown:(NSEvent*)event {
-    [self send:event to:&CanvasOwner::rightMouseDown];
+    [self tarvexSend:event to:&CanvasOwner::rightMouseDown];
 }
 
 - (void)keyDown:(NSEvent*)event {

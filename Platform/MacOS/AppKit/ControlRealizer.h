@@ -5,12 +5,21 @@
 #include "Platform/MacOS/AppKit/ObjCHandle.h"
 
 #import <AppKit/AppKit.h>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 
 namespace tarvex {
+
+/// What a click does on a button whose program is not in front.
+enum class FirstClick : std::uint8_t {
+    /// It brings the program to the front, and no more.
+    activates,
+    /// It uses the button as well.
+    counts
+};
 
 /// The toolkit's counterpart of one control, a subview of the form's view. Destroying the realizer takes it
 /// away, also from within the control's use.
@@ -20,7 +29,8 @@ public:
     using Used = std::function<void(double value)>;
 
     /// A new counterpart, not shown until it is told what to show.
-    [[nodiscard]] static std::unique_ptr<ControlRealizer> make(ControlKind kind, Used used);
+    [[nodiscard]] static std::unique_ptr<ControlRealizer> make(ControlKind kind, FirstClick firstClick,
+                                                               Used used);
 
     ControlRealizer(const ControlRealizer&) = delete;
     ControlRealizer& operator=(const ControlRealizer&) = delete;
@@ -57,5 +67,9 @@ private:
 
 /// Gives a button the looks that it does not have from the system.
 void applyButtonStyle(NSButton* button, const Control& control, const ButtonStyle& style);
+
+/// Gives the button's layer the colours of the style as they are in the appearance that the button has now; a
+/// layer does not follow the system's colours by itself. No layer changes nothing.
+void applyLayerColors(NSButton* button, const ButtonStyle& style);
 
 } // namespace tarvex

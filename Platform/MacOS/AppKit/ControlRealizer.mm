@@ -1,8 +1,10 @@
 #include "Platform/MacOS/AppKit/ControlRealizer.h"
 
+#include "Platform/MacOS/AppKit/NativeButton.h"
 #include "Platform/MacOS/AppKit/NativeColors.h"
 #include "Platform/MacOS/AppKit/NativeFonts.h"
 #include "Platform/MacOS/AppKit/NativeGeometry.h"
+#include "Platform/MacOS/AppKit/NativeLabel.h"
 #include "Platform/MacOS/AppKit/NativeText.h"
 
 #include <utility>
@@ -11,9 +13,35 @@ namespace tarvex {
 
 namespace {
 
+bool hasWords(const std::string& text) {
+    const auto string = makeString(text);
+    const NSRange found = [string.get() rangeOfCharacterFromSet:[NSCharacterSet alphanumericCharacterSet]];
+    return found.location != NSNotFound;
+}
+
+/// What assistive technology is to call a control that does not say it itself. Labels, buttons and boxes
+/// speak their text; a slider shows none, and a symbol alone says nothing to who hears it. Empty for the
+/// control's own.
+std::string spokenName(const Control& control) {
+    if (!control.accessibleName.empty()) {
+        return control.accessibleName;
+    }
+    if (!control.toolTip.empty() && !hasWords(control.text)) {
+        return control.toolTip;
+    }
+    return control.kind == ControlKind::slider ? control.text : std::string();
+}
+
 class LabelRealizer final : public ControlRealizer {
 public:
-    LabelRealizer() : LabelRealizer([[NSTextField alloc] initWithFrame:NSZeroRect]) {}
+    LabelRealizer() : LabelRealizer([[TarvexLabel alloc] initWithFrame:NSZeroRect]) {}
+
+    LabelRealizer(const LabelRealizer&) = delete;
+    LabelRealizer& operator=(const LabelRealizer&) = delete;
+    LabelRealizer(LabelRealizer&&) = delete;
+    LabelRealizer& operator=(LabelRealizer&&) = delete;
+
+    ~LabelRealizer() override { [field_ tarvexSetWords:nullptr]; }
 
 protected:
     void show(const Control& control) override {
@@ -24,19 +52,23 @@ protected:
         [[field_ cell] setWraps:control.wrapsText ? YES : NO];
         [[field_ cell]
             setLineBreakMode:control.wrapsText ? NSLineBreakByWordWrapping : NSLineBreakByClipping];
+        const std::string name = spokenName(control);
+        words_ = name.empty() ? ObjCHandle<NSString*>() : makeString(name);
     }
 
 private:
-    explicit LabelRealizer(NSTextField* field)
+    explicit LabelRealizer(TarvexLabel* field)
         : ControlRealizer(ObjCHandle<NSControl*>::adopt(field)), field_(field) {
         [field setEditable:NO];
         [field setSelectable:NO];
         [field setBordered:NO];
         [field setBezeled:NO];
         [field setDrawsBackground:NO];
+        [field tarvexSetWords:&words_];
     }
 
-    NSTextField* field_;
+    TarvexLabel* field_;
+    ObjCHandle<NSString*> words_;
 };
 
 class SliderRealizer final : public ControlRealizer {
@@ -68,8 +100,17 @@ private:
 
 class ButtonRealizer final : public ControlRealizer {
 public:
-    ButtonRealizer(NSButtonType type, Used used)
-        : ButtonRealizer([[NSButton alloc] initWithFrame:NSZeroRect], type, std::move(used)) {}
+    ButtonRealizer(NSButtonType type, FirstClick firstClick, Used used)
+        : ButtonRealizer([[TarvexButton alloc] initWithFrame:NSZeroRect], type, std::move(used)) {
+        [button_ tarvexSetTakesFirstClick:firstClick == FirstClick::counts ? YES : NO];
+    }
+
+    ButtonRealizer(const ButtonRealizer&) = delete;
+    ButtonRealizer& operator=(const ButtonRealizer&) = delete;
+    ButtonRealizer(ButtonRealizer&&) = delete;
+    ButtonRealizer& operator=(ButtonRealizer&&) = delete;
+
+    ~ButtonRealizer() override { [button_ tarvexSetAppearanceChanged:nullptr]; }
 
 protected:
     void show(const Control& control) override {
@@ -77,54 +118,39 @@ protected:
         if (isCheckbox_) {
             [button_ setState:control.value != 0 ? NSControlStateValueOn : NSControlStateValueOff];
         } else {
-            applyButtonStyle(button_, control, control.buttonStyle.value_or(ButtonStyle{}));
+            style_ = control.buttonStyle.value_or(ButtonStyle{});
+            applyButtonStyle(button_, control, style_);
         }
     }
 
 private:
-    ButtonRealizer(NSButton* button, NSButtonType type, Used used)
+    ButtonRealizer(TarvexButton* button, NSButtonType type, Used used)
         : ControlRealizer(ObjCHandle<NSControl*>::adopt(button)),
           button_(button),
           isCheckbox_(type == NSButtonTypeSwitch) {
         [button setButtonType:type];
+        [button tarvexSetAppearanceChanged:&appearanceChanged_];
         listen([button, isCheckbox = isCheckbox_, used = std::move(used)] {
             used(isCheckbox && [button state] == NSControlStateValueOn ? 1 : 0);
         });
     }
 
-    NSButton* button_;
+    TarvexButton* button_;
     bool isCheckbox_;
+    ButtonStyle style_;
+    std::function<void()> appearanceChanged_ = [this] { applyLayerColors(button_, style_); };
 };
-
-bool hasWords(const std::string& text) {
-    const auto string = makeString(text);
-    const NSRange found = [string.get() rangeOfCharacterFromSet:[NSCharacterSet alphanumericCharacterSet]];
-    return found.location != NSNotFound;
-}
-
-/// What assistive technology is to call a control that does not say it itself. Labels, buttons and boxes
-/// speak their text; a slider shows none, and a symbol alone says nothing to who hears it. Empty for the
-/// control's own.
-std::string spokenName(const Control& control) {
-    if (!control.accessibleName.empty()) {
-        return control.accessibleName;
-    }
-    if (!control.toolTip.empty() && !hasWords(control.text)) {
-        return control.toolTip;
-    }
-    return control.kind == ControlKind::slider ? control.text : std::string();
-}
 
 } // namespace
 
-std::unique_ptr<ControlRealizer> ControlRealizer::make(ControlKind kind, Used used) {
+std::unique_ptr<ControlRealizer> ControlRealizer::make(ControlKind kind, FirstClick firstClick, Used used) {
     switch (kind) {
     case ControlKind::slider:
         return std::make_unique<SliderRealizer>(std::move(used));
     case ControlKind::pushButton:
-        return std::make_unique<ButtonRealizer>(NSButtonTypeMomentaryPushIn, std::move(used));
+        return std::make_unique<ButtonRealizer>(NSButtonTypeMomentaryPushIn, firstClick, std::move(used));
     case ControlKind::checkbox:
-        return std::make_unique<ButtonRealizer>(NSButtonTypeSwitch, std::move(used));
+        return std::make_unique<ButtonRealizer>(NSButtonTypeSwitch, firstClick, std::move(used));
     case ControlKind::label:
         break;
     }

@@ -20,13 +20,16 @@ public:
     using Used = std::function<void(const std::string& controlId, double value)>;
 
     /// @param view the controls' superview
-    FormRealizer(NSView* view, Used used);
+    FormRealizer(NSView* view, FirstClick firstClick, Used used);
 
     /// Shows the form without calling anybody. The keyboard reaches the controls in the form's order.
     void realize(const Form& form);
 
     /// Null when there is no control of that id.
     [[nodiscard]] NSControl* view(const std::string& controlId) const;
+
+    /// The first control that a person may use; the superview when there is none.
+    [[nodiscard]] NSView* firstUsable() const;
 
 private:
     struct Entry {
@@ -40,6 +43,7 @@ private:
     void handleUse(const std::string& controlId, double value);
 
     ObjCHandle<NSView*> view_;
+    FirstClick firstClick_;
     Used used_;
     std::map<std::string, Entry> entries_;
     /// The ids in the form's order.

@@ -5,8 +5,8 @@
 
 namespace tarvex {
 
-FormRealizer::FormRealizer(NSView* view, Used used)
-    : view_(ObjCHandle<NSView*>::share(view)), used_(std::move(used)) {}
+FormRealizer::FormRealizer(NSView* view, FirstClick firstClick, Used used)
+    : view_(ObjCHandle<NSView*>::share(view)), firstClick_(firstClick), used_(std::move(used)) {}
 
 void FormRealizer::realize(const Form& form) {
     @autoreleasepool {
@@ -25,6 +25,13 @@ NSControl* FormRealizer::view(const std::string& controlId) const {
     return found == entries_.end() ? nil : found->second.realizer->view();
 }
 
+NSView* FormRealizer::firstUsable() const {
+    const auto found = std::find_if(order_.begin(), order_.end(), [this](const std::string& controlId) {
+        return entries_.at(controlId).kind != ControlKind::label;
+    });
+    return found == order_.end() ? view_.get() : view(*found);
+}
+
 void FormRealizer::removeAllBut(const Form& form) {
     std::erase_if(entries_, [&](const auto& entry) {
         return std::none_of(form.controls.begin(), form.controls.end(), [&](const Control& control) {
@@ -37,8 +44,10 @@ ControlRealizer& FormRealizer::realizerFor(const Control& control) {
     Entry& entry = entries_[control.id];
     if (!entry.realizer) {
         entry.kind = control.kind;
-        entry.realizer = ControlRealizer::make(
-            control.kind, [this, controlId = control.id](double value) { handleUse(controlId, value); });
+        entry.realizer =
+            ControlRealizer::make(control.kind, firstClick_, [this, controlId = control.id](double value) {
+                handleUse(controlId, value);
+            });
         order_.clear();
     }
     return *entry.realizer;

@@ -1,12 +1,14 @@
 #include "Platform/MacOS/AppKit/Guarded.h"
 
+#include "Platform/MacOS/Logging/SwallowedException.h"
+
 namespace tarvex {
 
 void callGuarded(const std::function<void()>& function) noexcept {
     try {
         function();
     } catch (...) {
-        return;
+        logSwallowedException("AppKit");
     }
 }
 
@@ -14,8 +16,9 @@ bool answerGuarded(const std::function<bool()>& function, bool fallback) noexcep
     try {
         return function();
     } catch (...) {
-        return fallback;
+        logSwallowedException("AppKit");
     }
+    return fallback;
 }
 
 } // namespace tarvex

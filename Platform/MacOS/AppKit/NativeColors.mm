@@ -27,9 +27,11 @@ NSColor* opaqueColor(const Color& color) {
 } // namespace
 
 NSColor* nativeColor(const Color& color) {
-    // Clear is black without alpha; giving it one would make it black.
     NSColor* const opaque = opaqueColor(color);
-    return color.name == ColorName::clear ? opaque : [opaque colorWithAlphaComponent:color.alpha];
+    // Clear is black without alpha; giving it one would make it black. And one of the system's colours with
+    // another alpha may be what it is now for good, where the opaque one follows the appearance.
+    const bool hasItsAlpha = color.name == ColorName::clear || color.alpha == 1;
+    return hasItsAlpha ? opaque : [opaque colorWithAlphaComponent:color.alpha];
 }
 
 NSColor* nativeColor(TextColor color) {

@@ -11,13 +11,14 @@
     BOOL canBecomeKey_;
     BOOL canBecomeMain_;
 }
-- (void)setCanBecomeKey:(BOOL)canBecomeKey main:(BOOL)canBecomeMain;
+- (void)tarvexSetCanBecomeKey:(BOOL)canBecomeKey main:(BOOL)canBecomeMain;
 @end
 
 namespace tarvex {
 
-/// A new hidden window over the view. Whatever the attributes say, closing it does not release it: that is
-/// the handle's alone to do.
+/// A new hidden window over the view, which has the keyboard first. Whatever the attributes say, closing it
+/// does not release it: that is the handle's alone to do. It stays when the program is hidden, as "Hide
+/// Others" elsewhere does, and one that ignores the mouse is none for assistive technology either.
 [[nodiscard]] ObjCHandle<TarvexWindow*> makeNativeWindow(const WindowAttributes& attributes, NSView* content);
 
 /// Has the window's views drawn and their layers handed to the window server at once. Layers are handed over

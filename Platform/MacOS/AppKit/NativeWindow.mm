@@ -7,7 +7,7 @@
 
 @implementation TarvexWindow
 
-- (void)setCanBecomeKey:(BOOL)canBecomeKey main:(BOOL)canBecomeMain {
+- (void)tarvexSetCanBecomeKey:(BOOL)canBecomeKey main:(BOOL)canBecomeMain {
     canBecomeKey_ = canBecomeKey;
     canBecomeMain_ = canBecomeMain;
 }
@@ -37,7 +37,9 @@ ObjCHandle<TarvexWindow*> makeNativeWindow(const WindowAttributes& attributes, N
                       defer:attributes.isDeferred ? YES : NO]);
     TarvexWindow* const window = handle.get();
     [window setReleasedWhenClosed:NO];
-    [window setCanBecomeKey:attributes.canBecomeKey ? YES : NO main:attributes.canBecomeMain ? YES : NO];
+    [window setCanHide:NO];
+    [window tarvexSetCanBecomeKey:attributes.canBecomeKey ? YES : NO
+                             main:attributes.canBecomeMain ? YES : NO];
     [window setOpaque:attributes.isOpaque ? YES : NO];
     [window setBackgroundColor:nativeColor(attributes.backgroundColor)];
     [window setLevel:attributes.level];
@@ -45,8 +47,14 @@ ObjCHandle<TarvexWindow*> makeNativeWindow(const WindowAttributes& attributes, N
     [window setHasShadow:attributes.hasShadow ? YES : NO];
     [window setIgnoresMouseEvents:attributes.ignoresMouseEvents ? YES : NO];
     [window setAcceptsMouseMovedEvents:attributes.acceptsMouseMovedEvents ? YES : NO];
+    if (attributes.ignoresMouseEvents) {
+        [window setAccessibilityElement:NO];
+    }
     [window setAnimationBehavior:NSWindowAnimationBehaviorNone];
     [window setContentView:content];
+    // A window without them arranges its views for the tabulator itself when it first shows.
+    [window setAutorecalculatesKeyViewLoop:NO];
+    [window setInitialFirstResponder:content];
     return handle;
 }
 

@@ -1,6 +1,7 @@
 #include "Platform/MacOS/CoreFoundation/RunLoopMainLoop.h"
 
 #include "Platform/MacOS/CoreFoundation/CFHandle.h"
+#include "Platform/MacOS/Logging/SwallowedException.h"
 
 #include <CoreFoundation/CoreFoundation.h>
 #include <algorithm>
@@ -19,7 +20,7 @@ void callSafely(const std::function<void()>& action) noexcept {
     try {
         action();
     } catch (...) {
-        return;
+        logSwallowedException("RunLoopMainLoop");
     }
 }
 

@@ -1,5 +1,7 @@
 #include "Platform/MacOS/Hotkeys/CarbonHotkeyPlatform.h"
 
+#include "Platform/MacOS/Logging/SwallowedException.h"
+
 #include <Carbon/Carbon.h>
 #include <memory>
 #include <utility>
@@ -35,7 +37,7 @@ OSStatus handleHotkeyEvent(EventHandlerCallRef /*call*/, EventRef event, void* u
         static_cast<PressContext*>(userData)->shared_from_this()->handle(event);
     } catch (...) {
         // An exception must not pass through a frame of the system.
-        return noErr;
+        logSwallowedException("CarbonHotkeyPlatform");
     }
     return noErr;
 }

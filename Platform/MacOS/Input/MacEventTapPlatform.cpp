@@ -2,6 +2,8 @@
 
 #include "Platform/MacOS/CoreFoundation/CFHandle.h"
 #include "Platform/MacOS/Input/TapContext.h"
+#include "Platform/MacOS/Input/TapPort.h"
+#include "Platform/MacOS/Input/TapWatch.h"
 
 #include <ApplicationServices/ApplicationServices.h>
 #include <utility>
@@ -10,28 +12,13 @@ namespace tarvex {
 
 namespace {
 
-// The notices of a disabled tap come with no event that could be asked.
-std::uint64_t flagsOf(CGEventType type, CGEventRef event) {
-    const bool isNotice = type == kCGEventTapDisabledByTimeout || type == kCGEventTapDisabledByUserInput;
-    return isNotice || event == nullptr ? 0 : static_cast<std::uint64_t>(CGEventGetFlags(event));
-}
-
-// An exception must not pass through a frame of the system, and nothing may keep the event from its receiver.
-CGEventRef handleTapEvent(CGEventTapProxy /*proxy*/, CGEventType type, CGEventRef event,
-                          void* userInfo) noexcept {
-    try {
-        const auto context = static_cast<TapContext*>(userInfo)->shared_from_this();
-        context->handle(static_cast<EventType>(type), flagsOf(type, event));
-    } catch (...) {
-        return event;
-    }
-    return event;
-}
-
 class MacEventTap final : public EventTap {
 public:
-    MacEventTap(std::shared_ptr<TapContext> context, CFHandle<CFMachPortRef> port)
-        : context_(std::move(context)), port_(std::move(port)) {
+    MacEventTap(MainLoop& mainLoop, std::shared_ptr<TapContext> context, std::shared_ptr<TapPort> port)
+        : mainLoop_(&mainLoop),
+          context_(std::move(context)),
+          port_(std::move(port)),
+          watch_(mainLoop, context_, port_) {
         context_->setTap(this);
     }
 
@@ -40,16 +27,24 @@ public:
     MacEventTap(MacEventTap&&) = delete;
     MacEventTap& operator=(MacEventTap&&) = delete;
 
-    ~MacEventTap() override { context_->setTap(nullptr); }
+    ~MacEventTap() override {
+        context_->setTap(nullptr);
+        if (context_->isInCall()) {
+            // Whether the action is called or only destroyed, the port goes with it.
+            mainLoop_->post([port = std::move(port_)] {});
+        }
+    }
 
-    [[nodiscard]] CFMachPortRef port() const { return port_.get(); }
+    [[nodiscard]] CFMachPortRef port() const { return port_->get(); }
 
     [[nodiscard]] const std::shared_ptr<TapContext>& context() const { return context_; }
 
 private:
-    // After the port is gone the system calls no more.
+    MainLoop* mainLoop_;
     std::shared_ptr<TapContext> context_;
-    CFHandle<CFMachPortRef> port_;
+    std::shared_ptr<TapPort> port_;
+    /// Goes before the port, of whose end by this it is not to tell.
+    TapWatch watch_;
 };
 
 class MacRunLoopSource final : public RunLoopSource {
@@ -78,7 +73,6 @@ public:
     }
 
 private:
-    // The source holds the tap's port: a tap that is dropped too early must not take the context with it.
     std::shared_ptr<TapContext> context_;
     CFHandle<CFRunLoopSourceRef> source_;
     bool isOnLoop_ = false;
@@ -96,11 +90,8 @@ bool MacEventTapPlatform::requestListenEventAccess() {
 
 std::unique_ptr<EventTap> MacEventTapPlatform::createTap(const EventTapRequest& request) {
     auto context = std::make_shared<TapContext>(*mainLoop_, motionIntervalSeconds_, request);
-    auto port = CFHandle<CFMachPortRef>::adopt(CGEventTapCreate(
-        static_cast<CGEventTapLocation>(request.location),
-        static_cast<CGEventTapPlacement>(request.placement), static_cast<CGEventTapOptions>(request.options),
-        request.eventMask, &handleTapEvent, context.get()));
-    return port ? std::make_unique<MacEventTap>(std::move(context), std::move(port)) : nullptr;
+    auto port = TapPort::make(context);
+    return port ? std::make_unique<MacEventTap>(*mainLoop_, std::move(context), std::move(port)) : nullptr;
 }
 
 std::unique_ptr<RunLoopSource> MacEventTapPlatform::createRunLoopSource(EventTap& tap) {

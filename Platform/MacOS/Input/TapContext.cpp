@@ -4,6 +4,26 @@
 
 namespace tarvex {
 
+namespace {
+
+/// Counts a call in while it lasts, however it ends.
+class CallCount {
+public:
+    explicit CallCount(int& depth) : depth_(&depth) { ++*depth_; }
+
+    CallCount(const CallCount&) = delete;
+    CallCount& operator=(const CallCount&) = delete;
+    CallCount(CallCount&&) = delete;
+    CallCount& operator=(CallCount&&) = delete;
+
+    ~CallCount() { --*depth_; }
+
+private:
+    int* depth_;
+};
+
+} // namespace
+
 void TapContext::setTap(EventTap* tap) {
     tap_ = tap;
     if (tap_ == nullptr) {
@@ -17,6 +37,7 @@ void TapContext::forgetMotion() {
 }
 
 void TapContext::handle(EventType type, std::uint64_t flags) {
+    const CallCount count(callDepth_);
     if (type == EventType::leftMouseDragged) {
         handleMotion(flags);
         return;

@@ -9,8 +9,8 @@
 
 namespace tarvex {
 
-/// What a tap's native callback works on. The tap and its run-loop source share it: it lives for as long as
-/// either can make the system call, and through a call in which both are destroyed.
+/// What a tap's native callback works on. It lives for as long as the system can call, and through a call in
+/// which the tap is destroyed.
 class TapContext : public std::enable_shared_from_this<TapContext> {
 public:
     TapContext(MainLoop& mainLoop, double motionIntervalSeconds, const EventTapRequest& request)
@@ -25,6 +25,12 @@ public:
     /// An event of the system.
     void handle(EventType type, std::uint64_t flags);
 
+    /// True while an event is being handled.
+    [[nodiscard]] bool isInCall() const { return callDepth_ > 0; }
+
+    /// What the tap was asked to be.
+    [[nodiscard]] const EventTapRequest& request() const { return request_; }
+
 private:
     void handleMotion(std::uint64_t flags);
     void motionIntervalEnded();
@@ -35,6 +41,7 @@ private:
     double motionIntervalSeconds_;
     EventTapRequest request_;
     EventTap* tap_ = nullptr;
+    int callDepth_ = 0;
     std::optional<std::uint64_t> pendingMotionFlags_;
     /// Runs while motion is held back.
     std::unique_ptr<Timer> motionTimer_;

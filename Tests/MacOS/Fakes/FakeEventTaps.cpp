@@ -21,7 +21,11 @@ public:
 TapPort::TapPort(CGEventMask mask, CGEventTapCallBack callback, void* userInfo)
     : Port(machPortType, "event tap"), mask(mask), callback(callback), userInfo(userInfo) {}
 
-void TapPort::dispose() {
+void TapPort::wasInvalidated() {
+    if (isInCallback_) {
+        mac().heap.noteMisuse("a tap was invalidated in its own callback");
+    }
+    queue.clear();
     mac().eventTaps.forget(this);
 }
 
@@ -34,9 +38,11 @@ bool TapPort::performNext() {
     Heap& heap = mac().heap;
     const auto* event = next.hasEvent ? heap.make<Event>(next.flags) : nullptr;
     const auto reference = referenceTo<CGEventRef>(event);
+    isInCallback_ = true;
     if (callback(nullptr, next.type, reference, userInfo) != reference) {
         ++mac().eventTaps.alteredEvents;
     }
+    isInCallback_ = false;
     if (event != nullptr) {
         heap.release(event);
     }
@@ -44,8 +50,14 @@ bool TapPort::performNext() {
 }
 
 void FakeEventTaps::send(CGEventType type, std::uint64_t flags) {
+    if (type == kCGEventLeftMouseDown || type == kCGEventLeftMouseUp) {
+        isLeftButtonDown = type == kCGEventLeftMouseDown;
+    }
     for (TapPort* tap : taps_) {
-        if (tap->isEnabled && (tap->mask & (CGEventMask{1} << type)) != 0) {
+        const bool isWanted = tap->isEnabled && (tap->mask & (CGEventMask{1} << type)) != 0;
+        if (isWanted && tap->hasLostLeave) {
+            ++heldUpEvents;
+        } else if (isWanted) {
             tap->queue.push_back({type, flags, true});
         }
     }
@@ -62,12 +74,45 @@ void FakeEventTaps::revoke() {
     answersGranted = false;
     givesTaps = false;
     for (TapPort* tap : taps_) {
-        tap->isEnabled = false;
+        tap->hasLostLeave = true;
     }
+}
+
+void FakeEventTaps::invalidateAll() {
+    const std::vector<TapPort*> present = taps_;
+    for (TapPort* tap : present) {
+        tap->invalidate();
+    }
+}
+
+void FakeEventTaps::invalidateFirst() {
+    taps_.front()->invalidate();
+}
+
+std::vector<CFMachPortInvalidationCallBack> FakeEventTaps::invalidationCallbacks() const {
+    std::vector<CFMachPortInvalidationCallBack> callbacks;
+    for (const TapPort* tap : taps_) {
+        callbacks.push_back(tap->invalidationCallback);
+    }
+    return callbacks;
+}
+
+void FakeEventTaps::handOut() {
+    const std::vector<TapPort*> present = taps_;
+    for (TapPort* tap : present) {
+        while (tap->performNext()) {
+        }
+    }
+}
+
+void FakeEventTaps::add(TapPort* tap) {
+    mac().heap.retain(tap);
+    taps_.push_back(tap);
 }
 
 void FakeEventTaps::forget(TapPort* tap) {
     std::erase(taps_, tap);
+    mac().heap.release(tap);
 }
 
 } // namespace tarvex::fake
@@ -95,6 +140,7 @@ CFMachPortRef CGEventTapCreate(CGEventTapLocation location, CGEventTapPlacement 
         return nullptr;
     }
     auto* tap = mac().heap.make<TapPort>(mask, callback, userInfo);
+    tap->invalidationCallback = taps.ownInvalidationCallback;
     taps.add(tap);
     return referenceTo<CFMachPortRef>(tap);
 }
@@ -104,6 +150,13 @@ void CGEventTapEnable(CFMachPortRef tap, bool isEnabled) {
         object->isEnabled = isEnabled;
         mac().eventTaps.enabledTaps += isEnabled ? 1 : 0;
     }
+}
+
+bool CGEventSourceButtonState(CGEventSourceStateID state, CGMouseButton button) {
+    if (state != kCGEventSourceStateHIDSystemState || button != kCGMouseButtonLeft) {
+        mac().heap.noteMisuse("CGEventSourceButtonState of another button or state");
+    }
+    return mac().eventTaps.isLeftButtonDown;
 }
 
 CGEventFlags CGEventGetFlags(CGEventRef event) {

@@ -31,8 +31,28 @@ public:
     /// The system disables every tap and tells it so, with an event or with none.
     void disable(CGEventType notice, bool withEvent);
 
-    /// The user takes the leave to listen away: no new tap, and nothing reaches the old ones.
+    /// The user takes the leave to listen away: no new tap, and each old one holds up every event that it
+    /// wants until it is removed.
     void revoke();
+
+    /// The system ends every tap's port, or only that of the oldest tap.
+    void invalidateAll();
+    void invalidateFirst();
+
+    /// The callbacks that the present taps' ports have for it.
+    [[nodiscard]] std::vector<CFMachPortInvalidationCallBack> invalidationCallbacks() const;
+
+    /// Has every tap hand out what waits in it, whether its source is on the loop or not.
+    void handOut();
+
+    /// How many events were held up by taps that have lost their leave.
+    int heldUpEvents = 0;
+
+    /// What Core Graphics does itself when a port ends.
+    CFMachPortInvalidationCallBack ownInvalidationCallback = nullptr;
+
+    /// The hardware's own state.
+    bool isLeftButtonDown = false;
 
     /// The answer to a question about listening, and whether a tap is given. The two differ on a system that
     /// has not caught up with its own settings.
@@ -53,7 +73,7 @@ public:
     /// How many taps were switched on by their owner.
     int enabledTaps = 0;
 
-    void add(TapPort* tap) { taps_.push_back(tap); }
+    void add(TapPort* tap);
 
     void forget(TapPort* tap);
 
@@ -66,7 +86,6 @@ class TapPort final : public Port {
 public:
     TapPort(CGEventMask mask, CGEventTapCallBack callback, void* userInfo);
 
-    void dispose() override;
     bool performNext() override;
 
     struct Waiting {
@@ -79,7 +98,14 @@ public:
     CGEventTapCallBack callback;
     void* userInfo;
     bool isEnabled = true;
+    bool hasLostLeave = false;
     std::deque<Waiting> queue;
+
+protected:
+    void wasInvalidated() override;
+
+private:
+    bool isInCallback_ = false;
 };
 
 } // namespace tarvex::fake

@@ -29,6 +29,7 @@ std::vector<std::string> FakeMac::faults() {
     append(found, heap.misuses(), "");
     append(found, heap.living(), "leaked: ");
     append(found, hotkeys.leftovers(), "leaked: ");
+    append(found, notifications.leftovers(), "leaked: ");
     append(found, registry.leftovers(), "leaked: ");
     append(found, log.leftovers(), "leaked: ");
     return found;

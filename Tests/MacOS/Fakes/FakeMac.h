@@ -8,6 +8,7 @@
 #include "Tests/MacOS/Fakes/FakeHotkeys.h"
 #include "Tests/MacOS/Fakes/FakeIORegistry.h"
 #include "Tests/MacOS/Fakes/FakeKeyboardLayouts.h"
+#include "Tests/MacOS/Fakes/FakeNotifications.h"
 #include "Tests/MacOS/Fakes/FakeRunLoop.h"
 #include "Tests/MacOS/Fakes/FakeUnifiedLog.h"
 
@@ -34,6 +35,7 @@ public:
     FakeRunLoop runLoop;
     FakeAccessibility accessibility;
     FakeEventTaps eventTaps;
+    FakeNotifications notifications;
     FakeHotkeys hotkeys;
     FakeKeyboardLayouts layouts;
     FakeDisplays displays;

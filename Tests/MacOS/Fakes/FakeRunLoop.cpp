@@ -10,6 +10,27 @@
 
 namespace tarvex::fake {
 
+void Port::invalidate() {
+    if (!std::exchange(isValid_, false)) {
+        return;
+    }
+    if (invalidationCallback != nullptr) {
+        invalidationCallback(referenceTo<CFMachPortRef>(this), nullptr);
+    }
+    if (Source* source = std::exchange(source_, nullptr)) {
+        mac().runLoop.remove(source);
+        mac().heap.release(source);
+    }
+    wasInvalidated();
+}
+
+Source* Port::source() {
+    if (isValid_ && source_ == nullptr) {
+        source_ = mac().heap.make<Source>(this);
+    }
+    return source_;
+}
+
 Source::Source(Port* port) : Object(runLoopSourceType, "run-loop source"), port(port) {
     mac().heap.retain(port);
 }
@@ -273,7 +294,28 @@ CFRunLoopSourceRef CFMachPortCreateRunLoopSource(CFAllocatorRef /*allocator*/, C
     if (object == nullptr || mac().eventTaps.refusesSources) {
         return nullptr;
     }
-    return referenceTo<CFRunLoopSourceRef>(mac().heap.make<Source>(object));
+    Source* source = object->source();
+    if (source != nullptr) {
+        mac().heap.retain(source);
+    }
+    return referenceTo<CFRunLoopSourceRef>(source);
+}
+
+void CFMachPortInvalidate(CFMachPortRef port) {
+    if (auto* object = mac().heap.as<Port>(port, "CFMachPortInvalidate")) {
+        object->invalidate();
+    }
+}
+
+CFMachPortInvalidationCallBack CFMachPortGetInvalidationCallBack(CFMachPortRef port) {
+    const auto* object = mac().heap.as<const Port>(port, "CFMachPortGetInvalidationCallBack");
+    return object == nullptr ? nullptr : object->invalidationCallback;
+}
+
+void CFMachPortSetInvalidationCallBack(CFMachPortRef port, CFMachPortInvalidationCallBack callout) {
+    if (auto* object = mac().heap.as<Port>(port, "CFMachPortSetInvalidationCallBack")) {
+        object->invalidationCallback = callout;
+    }
 }
 
 dispatch_queue_main_t dispatch_get_main_queue(void) {

@@ -11,12 +11,32 @@
 
 namespace tarvex::fake {
 
-/// What a source hands out: the next thing that waits there; false when nothing does.
+class Source;
+
+/// Something that a source can be made of. Core Foundation holds it until it is invalidated, and so do it and
+/// its one source each other.
 class Port : public Object {
 public:
     using Object::Object;
 
+    /// Hands out the next thing that waits there; false when nothing does.
     virtual bool performNext() = 0;
+
+    /// Ends the port and its source, whoever wants it.
+    void invalidate();
+
+    /// The source, made when it is first asked for; null after the port's end.
+    Source* source();
+
+    CFMachPortInvalidationCallBack invalidationCallback = nullptr;
+
+protected:
+    /// Nobody holds on to the port any more but those who took a reference.
+    virtual void wasInvalidated() = 0;
+
+private:
+    Source* source_ = nullptr;
+    bool isValid_ = true;
 };
 
 /// Connects a port, which it owns a reference to, to the run loop.

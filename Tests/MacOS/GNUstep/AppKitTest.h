@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Core/Geometry.h"
+#include "Platform/MacOS/AppKit/ActivationLoan.h"
 #include "Tests/MacOS/GNUstep/Compatibility.h"
 #include "Tests/Support/Simulated/SimulatedMainLoop.h"
 
@@ -39,15 +40,18 @@ protected:
 
     [[nodiscard]] static std::size_t windowCount();
 
+    /// Each is an instant after the one before.
     static NSEvent* mouseEvent(NSEventType type, NSWindow* window, const Point& location,
                                NSUInteger flags = 0);
 
-    static NSEvent* keyEvent(NSWindow* window, unsigned short keyCode, NSUInteger flags = 0);
+    static NSEvent* keyEvent(NSWindow* window, unsigned short keyCode, NSUInteger flags = 0,
+                             NSString* characters = @"x");
 
     /// Presses and releases the left button there, in the coordinates of the window.
     void click(NSWindow* window, const Point& location);
 
     SimulatedMainLoop loop_;
+    ActivationLoan activation_{loop_};
 
 private:
     NSAutoreleasePool* pool_;

@@ -7,6 +7,16 @@
 
 namespace tarvex::test {
 
+namespace {
+
+NSTimeInterval nextTimestamp() {
+    static NSTimeInterval time = 0;
+    time += 0.001;
+    return time;
+}
+
+} // namespace
+
 void startApplication() {
     @autoreleasepool {
         static const bool isLaunched = [] {
@@ -84,7 +94,7 @@ NSEvent* AppKitTest::mouseEvent(NSEventType type, NSWindow* window, const Point&
     return [NSEvent mouseEventWithType:type
                               location:NSMakePoint(location.x, location.y)
                          modifierFlags:flags
-                             timestamp:0
+                             timestamp:nextTimestamp()
                           windowNumber:[window windowNumber]
                                context:nil
                            eventNumber:0
@@ -92,15 +102,16 @@ NSEvent* AppKitTest::mouseEvent(NSEventType type, NSWindow* window, const Point&
                               pressure:1];
 }
 
-NSEvent* AppKitTest::keyEvent(NSWindow* window, unsigned short keyCode, NSUInteger flags) {
+NSEvent* AppKitTest::keyEvent(NSWindow* window, unsigned short keyCode, NSUInteger flags,
+                              NSString* characters) {
     return [NSEvent keyEventWithType:NSKeyDown
                             location:NSZeroPoint
                        modifierFlags:flags
-                           timestamp:0
+                           timestamp:nextTimestamp()
                         windowNumber:[window windowNumber]
                              context:nil
-                          characters:@"x"
-         charactersIgnoringModifiers:@"x"
+                          characters:characters
+         charactersIgnoringModifiers:characters
                            isARepeat:NO
                              keyCode:keyCode];
 }

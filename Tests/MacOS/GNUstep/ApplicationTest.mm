@@ -1,6 +1,7 @@
 #include "Platform/MacOS/AppKit/AppKitApplication.h"
 #include "Platform/MacOS/AppKit/AppKitKeyMonitorPlatform.h"
 #include "Tests/MacOS/GNUstep/AppKitTest.h"
+#include "Tests/MacOS/GNUstep/UnifiedLog.h"
 
 #include <functional>
 #include <utility>
@@ -72,8 +73,10 @@ TEST_F(ApplicationTest, SecondStartIsReportedAndLeavesNothingToTheToolkit) {
 
 TEST_F(ApplicationTest, FailureAtASecondStartStaysInside) {
     throws_ = true;
+    static_cast<void>(takeUnifiedLog());
     runAndDo([&] { [native() applicationShouldHandleReopen:NSApp hasVisibleWindows:YES]; });
     EXPECT_EQ(reopenings_, 1);
+    EXPECT_EQ(takeUnifiedLog().size(), 1U);
 }
 
 } // namespace

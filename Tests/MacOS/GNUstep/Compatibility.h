@@ -6,6 +6,7 @@
 #include <ServiceManagement/ServiceManagement.h>
 #include <functional>
 #include <objc/runtime.h>
+#include <vector>
 
 /// An application that shows key monitors the events before it hands them out, as AppKit does.
 @interface TarvexTestApplication : NSApplication
@@ -20,9 +21,16 @@
 + (NSArray*)shown;
 @end
 
-/// The program that was in front when this one came; it counts how often it is made active.
-@interface TarvexTestRunningApplication : NSRunningApplication
+/// Another program. One is in front from the start while this one is not.
+@interface TarvexTestRunningApplication : NSRunningApplication {
+    int activations_;
+}
+/// How often this program made another one active.
 + (int)activations;
+/// How often it was this one.
+- (int)activations;
+/// The user turns to it.
+- (void)comeToFront;
 @end
 
 namespace tarvex::test {
@@ -32,12 +40,26 @@ namespace tarvex::test {
 void watchFlushes(std::function<void(NSWindow*)> watcher);
 
 /// Puts a function in the place of a method that the class has itself, and gives the one that was there.
-template <typename Result>
-auto replaceMethod(Class owner, SEL selector, Result (*function)(id, SEL)) -> Result (*)(id, SEL) {
+template <typename Result, typename... Arguments>
+auto replaceMethod(Class owner, SEL selector, Result (*function)(id, SEL, Arguments...))
+    -> Result (*)(id, SEL, Arguments...) {
     const IMP replaced =
         method_setImplementation(class_getInstanceMethod(owner, selector), reinterpret_cast<IMP>(function));
-    return reinterpret_cast<Result (*)(id, SEL)>(replaced);
+    return reinterpret_cast<Result (*)(id, SEL, Arguments...)>(replaced);
 }
+
+/// How often the window was ordered front since it was first asked about any.
+[[nodiscard]] int frontings(NSWindow* window);
+
+/// What the activities that have begun, and not ended, ask for.
+[[nodiscard]] std::vector<NSActivityOptions> runningActivities();
+
+/// Changes what the system's colours are for the view, and tells it.
+void setDark(NSView* view, bool isDark);
+
+/// Is asked, until it is taken away, for the area of the screen that is free of the menu bar and the like;
+/// empty for the toolkit's own.
+void setVisibleFrame(std::function<NSRect()> visibleFrame);
 
 /// How many key monitors are installed.
 [[nodiscard]] int keyMonitorCount();

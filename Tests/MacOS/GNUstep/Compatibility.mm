@@ -5,6 +5,7 @@
 #include <Block.h>
 #include <algorithm>
 #include <map>
+#include <utility>
 #include <vector>
 
 using tarvex::ObjCHandle;
@@ -16,6 +17,10 @@ namespace {
 struct Remembered {
     ObjCHandle<id> layer;
     ObjCHandle<id> accessibilityLabel;
+    ObjCHandle<id> accessibilityTitle;
+    bool isAccessibilityElement = true;
+    bool isDark = false;
+    int frontings = 0;
     ObjCHandle<id> bezelColor;
     ObjCHandle<id> contentTintColor;
     ObjCHandle<NSMutableArray*> trackingAreas;
@@ -50,6 +55,28 @@ Remembered& rememberedOf(id object) {
     }();
     static_cast<void>(forgets);
     return rememberedObjects()[static_cast<const void*>(object)];
+}
+
+NSRect (*ownVisibleFrame)(id, SEL) = nullptr;
+std::function<NSRect()> visibleFrameAsked;
+
+NSRect askForVisibleFrame(id screen, SEL selector) {
+    return visibleFrameAsked ? visibleFrameAsked() : ownVisibleFrame(screen, selector);
+}
+
+/// Of whoever draws at the moment; not its owner.
+NSAppearance* currentAppearance = nil;
+
+NSAppearance* darkAppearance() {
+    static NSAppearance* const dark = [[NSAppearance alloc] init];
+    return dark;
+}
+
+void (*orderFront)(id, SEL, id) = nullptr;
+
+void countAndOrderFront(id window, SEL selector, id sender) {
+    ++rememberedOf(window).frontings;
+    orderFront(window, selector, sender);
 }
 
 struct KeyMonitorEntry {
@@ -100,7 +127,19 @@ const CGFloat NSFontWeightBlack = 0.62;
 @implementation NSColor (TarvexCompatibility)
 
 + (NSColor*)controlAccentColor {
-    return [NSColor colorWithCalibratedRed:0 green:0.5 blue:1 alpha:1];
+    static NSColor* const light = [[NSColor colorWithCalibratedRed:0 green:0.5 blue:1 alpha:1] retain];
+    static NSColor* const dark = [[NSColor colorWithCalibratedRed:0 green:0.75 blue:1 alpha:1] retain];
+    return currentAppearance == darkAppearance() ? dark : light;
+}
+
+@end
+
+@implementation NSAppearance (TarvexCompatibility)
+
+- (void)performAsCurrentDrawingAppearance:(void (^)(void))block {
+    NSAppearance* const before = std::exchange(currentAppearance, self);
+    block();
+    currentAppearance = before;
 }
 
 @end
@@ -145,6 +184,22 @@ const CGFloat NSFontWeightBlack = 0.62;
     return rememberedOf(self).accessibilityLabel.get();
 }
 
+- (NSAppearance*)effectiveAppearance {
+    static NSAppearance* const light = [[NSAppearance alloc] init];
+    return rememberedOf(self).isDark ? darkAppearance() : light;
+}
+
+- (void)viewDidChangeEffectiveAppearance {
+}
+
+@end
+
+@implementation NSTextField (TarvexCompatibility)
+
+- (NSString*)accessibilityValue {
+    return [self stringValue];
+}
+
 @end
 
 // GNUstep has the methods, but they do nothing.
@@ -169,6 +224,22 @@ const CGFloat NSFontWeightBlack = 0.62;
     return rememberedOf(self).animationBehavior;
 }
 
+- (void)setAccessibilityElement:(BOOL)isElement {
+    rememberedOf(self).isAccessibilityElement = isElement == YES;
+}
+
+- (BOOL)isAccessibilityElement {
+    return rememberedOf(self).isAccessibilityElement ? YES : NO;
+}
+
+- (void)setAccessibilityTitle:(NSString*)title {
+    rememberedOf(self).accessibilityTitle = ObjCHandle<id>::share(title);
+}
+
+- (NSString*)accessibilityTitle {
+    return rememberedOf(self).accessibilityTitle.get();
+}
+
 @end
 
 #pragma clang diagnostic pop
@@ -189,16 +260,6 @@ const CGFloat NSFontWeightBlack = 0.62;
 
 - (NSColor*)contentTintColor {
     return rememberedOf(self).contentTintColor.get();
-}
-
-@end
-
-@implementation NSMenu (TarvexCompatibility)
-
-- (void)removeAllItems {
-    while ([self numberOfItems] != 0) {
-        [self removeItemAtIndex:0];
-    }
 }
 
 @end
@@ -244,22 +305,29 @@ const CGFloat NSFontWeightBlack = 0.62;
 
 @end
 
-@implementation NSFileManager (TarvexCompatibility)
-
-- (NSArray*)URLsForDirectory:(NSSearchPathDirectory)directory inDomains:(NSSearchPathDomainMask)domains {
-    NSMutableArray* const urls = [NSMutableArray array];
-    for (NSString* path in NSSearchPathForDirectoriesInDomains(directory, domains, YES)) {
-        [urls addObject:[NSURL fileURLWithPath:path]];
-    }
-    return urls;
-}
-
-@end
-
 namespace tarvex::test {
 
 int keyMonitorCount() {
     return static_cast<int>(keyMonitors().size());
+}
+
+int frontings(NSWindow* window) {
+    if (orderFront == nullptr) {
+        orderFront = replaceMethod([NSWindow class], @selector(orderFront:), &countAndOrderFront);
+    }
+    return rememberedOf(window).frontings;
+}
+
+void setDark(NSView* view, bool isDark) {
+    rememberedOf(view).isDark = isDark;
+    [view viewDidChangeEffectiveAppearance];
+}
+
+void setVisibleFrame(std::function<NSRect()> visibleFrame) {
+    if (ownVisibleFrame == nullptr) {
+        ownVisibleFrame = replaceMethod([NSScreen class], @selector(visibleFrame), &askForVisibleFrame);
+    }
+    visibleFrameAsked = std::move(visibleFrame);
 }
 
 NSUInteger trackingOptions(NSView* view) {

@@ -10,9 +10,6 @@ NSMutableArray* shownStatusItems() {
     return items;
 }
 
-int activationCount = 0;
-/// Whom this program lets become active.
-NSRunningApplication* yieldedTo = nil;
 std::function<void(NSWindow*)> flushWatcher;
 /// The window that was told to draw last; not its owner.
 NSWindow* toldToDraw = nil;
@@ -41,25 +38,6 @@ void noteAndDisplayIfNeeded(id window, SEL selector) {
     if (flushWatcher) {
         flushWatcher(window);
     }
-}
-
-@end
-
-@implementation NSApplication (TarvexCompatibilityActivation)
-
-- (void)yieldActivationToApplication:(NSRunningApplication*)application {
-    yieldedTo = application;
-}
-
-@end
-
-@implementation NSRunningApplication (TarvexCompatibility)
-
-- (BOOL)activateFromApplication:(NSRunningApplication*)application
-                        options:(NSApplicationActivationOptions)options {
-    static_cast<void>(application);
-    static_cast<void>(options);
-    return NO;
 }
 
 @end
@@ -247,18 +225,31 @@ void noteAndDisplayIfNeeded(id window, SEL selector) {
 
 @end
 
-// The class's own methods are to be replaced.
-#pragma clang diagnostic push
-#pragma clang diagnostic ignored "-Wobjc-protocol-method-implementation"
+@implementation NSMenu (TarvexCompatibility)
 
-@implementation NSWorkspace (TarvexCompatibility)
-
-- (NSRunningApplication*)frontmostApplication {
-    static NSRunningApplication* const other = [[TarvexTestRunningApplication alloc] init];
-    return other;
+- (void)removeAllItems {
+    while ([self numberOfItems] != 0) {
+        [self removeItemAtIndex:0];
+    }
 }
 
 @end
+
+@implementation NSFileManager (TarvexCompatibility)
+
+- (NSArray*)URLsForDirectory:(NSSearchPathDirectory)directory inDomains:(NSSearchPathDomainMask)domains {
+    NSMutableArray* const urls = [NSMutableArray array];
+    for (NSString* path in NSSearchPathForDirectoriesInDomains(directory, domains, YES)) {
+        [urls addObject:[NSURL fileURLWithPath:path]];
+    }
+    return urls;
+}
+
+@end
+
+// The class's own methods are to be replaced.
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wobjc-protocol-method-implementation"
 
 @implementation NSStatusBar (TarvexCompatibility)
 
@@ -281,26 +272,6 @@ void noteAndDisplayIfNeeded(id window, SEL selector) {
 @end
 
 #pragma clang diagnostic pop
-
-@implementation TarvexTestRunningApplication
-
-+ (int)activations {
-    return activationCount;
-}
-
-// The compiler takes every macOS that it is asked about for there, so that the older call is never made here.
-- (BOOL)activateFromApplication:(NSRunningApplication*)application
-                        options:(NSApplicationActivationOptions)options {
-    static_cast<void>(options);
-    if (yieldedTo != self || application != [NSRunningApplication currentApplication]) {
-        return NO;
-    }
-    yieldedTo = nil;
-    ++activationCount;
-    return YES;
-}
-
-@end
 
 @implementation TarvexTestStatusItem
 

@@ -1,5 +1,6 @@
 #include "Platform/MacOS/AppKit/AppKitFormWindowPlatform.h"
 #include "Tests/MacOS/GNUstep/AppKitTest.h"
+#include "Tests/MacOS/GNUstep/UnifiedLog.h"
 
 #include <memory>
 #include <string>
@@ -51,7 +52,7 @@ protected:
     }
 
     RecordingOwner owner_;
-    AppKitFormWindowPlatform platform_{loop_};
+    AppKitFormWindowPlatform platform_{loop_, activation_};
     std::unique_ptr<FormWindow> window_;
     NSWindow* native_ = nil;
 };
@@ -244,8 +245,10 @@ TEST_F(FormTest, UseThatThrowsDoesNotReachTheToolkit) {
     owner_.shown = {{button("bad", {20, 20, 90, 30})}};
     NSWindow* const native = show();
     owner_.onUse = [] { std::vector<int>().at(0) = 1; };
+    static_cast<void>(takeUnifiedLog());
     click(native, {65, 35});
     EXPECT_EQ(owner_.used.size(), 1U);
+    EXPECT_EQ(takeUnifiedLog().size(), 1U);
 }
 
 TEST_F(FormTest, SymbolIsSpokenAsItsToolTip) {
@@ -291,6 +294,28 @@ TEST_F(FormTest, NameOfItsOwnComesBeforeTheTextAndTheToolTip) {
     EXPECT_STREQ([[subview(1) accessibilityLabel] UTF8String], "Command (snapping)");
 }
 
+TEST_F(FormTest, LabelWithANameOfItsOwnIsReadByIt) {
+    Control named = label("\xE2\x8C\x98 E");
+    named.accessibleName = "Command E (zone editor)";
+    Control plain = label("plain");
+    plain.id = "plain";
+    owner_.shown = {{named, plain}};
+    make();
+    const auto read = [&](NSUInteger index) {
+        return std::string([[static_cast<NSTextField*>(subview(index)) accessibilityValue] UTF8String]);
+    };
+    EXPECT_STREQ([[subview(0) accessibilityLabel] UTF8String], "Command E (zone editor)");
+    EXPECT_EQ(read(0), "Command E (zone editor)");
+    EXPECT_STREQ([[static_cast<NSTextField*>(subview(0)) stringValue] UTF8String], "\xE2\x8C\x98 E");
+    EXPECT_EQ(read(1), "plain");
+    owner_.shown.controls[0].accessibleName.clear();
+    owner_.shown.controls[0].text = "none";
+    window_->setNeedsLayout();
+    endTurn();
+    EXPECT_EQ([subview(0) accessibilityLabel], nil);
+    EXPECT_EQ(read(0), "none");
+}
+
 TEST_F(FormTest, ControlThatChangesItsPlaceStaysInTheWindow) {
     owner_.shown = {{button("first", {20, 20, 90, 30}), button("second", {120, 20, 90, 30})}};
     NSWindow* const native = show();
@@ -307,45 +332,6 @@ TEST_F(FormTest, TextThatIsNoUtf8IsShownAllTheSame) {
     owner_.shown = {{label("\xFF")}};
     make();
     EXPECT_STREQ([[static_cast<NSTextField*>(subview(0)) stringValue] UTF8String], "\xC3\xBF");
-}
-
-TEST_F(FormTest, StyledButtonHasTheLookThatItWasGiven) {
-    Control styled = button("styled", {20, 20, 96, 32});
-    ButtonStyle style;
-    style.alpha = 0.5;
-    style.bezelColor = Color{ColorName::gray, 1, 0.2};
-    style.contentTintColor = Color{ColorName::black, 1};
-    style.titleColor = Color{ColorName::white, 1};
-    style.backgroundColor = Color{ColorName::gray, 1, 0.2};
-    style.cornerRadius = 8;
-    style.borderWidth = 2.5;
-    style.borderColor = Color{ColorName::gray, 1, 0.4};
-    style.shadow = ControlShadow{{ColorName::black, 0.5}, 0.5, 5, {0, -2}};
-    styled.buttonStyle = style;
-    owner_.shown = {{styled}};
-    make();
-    NSButton* const native = static_cast<NSButton*>(subview(0));
-    EXPECT_EQ([native bezelStyle], NSRoundedBezelStyle);
-    EXPECT_EQ([native alphaValue], 0.5);
-    EXPECT_EQ([[native bezelColor] whiteComponent], 0.2);
-    EXPECT_EQ([[native contentTintColor] whiteComponent], 0);
-    NSColor* const titleColor = [[native attributedTitle] attribute:NSForegroundColorAttributeName
-                                                            atIndex:0
-                                                     effectiveRange:nullptr];
-    EXPECT_EQ([titleColor whiteComponent], 1);
-    NSParagraphStyle* const paragraph = [[native attributedTitle] attribute:NSParagraphStyleAttributeName
-                                                                    atIndex:0
-                                                             effectiveRange:nullptr];
-    EXPECT_EQ([paragraph alignment], NSTextAlignmentCenter);
-    CALayer* const layer = [native layer];
-    EXPECT_EQ([layer cornerRadius], 8);
-    EXPECT_EQ([layer borderWidth], 2.5);
-    EXPECT_EQ([[layer borderNSColor] whiteComponent], 0.4);
-    EXPECT_EQ([[layer backgroundNSColor] whiteComponent], 0.2);
-    EXPECT_EQ([[layer shadowNSColor] alphaComponent], 0.5);
-    EXPECT_EQ([layer shadowOpacity], 0.5F);
-    EXPECT_EQ([layer shadowRadius], 5);
-    EXPECT_TRUE(NSEqualSizes([layer shadowOffset], NSMakeSize(0, -2)));
 }
 
 } // namespace

@@ -1,3 +1,4 @@
+#include "Platform/MacOS/AppKit/ActivationLoan.h"
 #include "Platform/MacOS/AppKit/AppKitFormWindowPlatform.h"
 #include "Platform/MacOS/AppKit/NativeGeometry.h"
 #include "Tests/Contract/FormWindowClosingContract.h"
@@ -44,7 +45,7 @@ private:
 /// The adapter, with a remembering owner before each window's own.
 class RememberingPlatform final : public FormWindowPlatform {
 public:
-    explicit RememberingPlatform(MainLoop& mainLoop) : platform_(mainLoop) {}
+    RememberingPlatform(MainLoop& mainLoop, ActivationLoan& activation) : platform_(mainLoop, activation) {}
 
     [[nodiscard]] std::unique_ptr<FormWindow> makeFormWindow(const FormWindowAttributes& attributes,
                                                              FormOwner& owner) override {
@@ -224,7 +225,8 @@ private:
 
     NSAutoreleasePool* pool_;
     SimulatedMainLoop loop_;
-    RememberingPlatform windows_{loop_};
+    ActivationLoan activation_{loop_};
+    RememberingPlatform windows_{loop_, activation_};
 };
 
 INSTANTIATE_TEST_SUITE_P(AppKit, FormWindowContract,

@@ -6,6 +6,7 @@
 #include "Platform/MacOS/AppKit/ObjCHandle.h"
 #include "Tests/Contract/RecordingFormOwner.h"
 #include "Tests/MacOS/GNUstep/AppKitTest.h"
+#include "Tests/MacOS/GNUstep/EmptyView.h"
 
 #include <functional>
 #include <memory>
@@ -62,30 +63,6 @@ protected:
         }
         return waitUntil([&] { return windowCount() == before; });
     }
-};
-
-/// Shows nothing.
-class EmptyView final : public View {
-public:
-    [[nodiscard]] Scene draw() override { return {}; }
-
-    [[nodiscard]] Form form() override { return {}; }
-
-    void mouseMoved(const MouseEvent& /*event*/) override {}
-
-    void mouseDown(const MouseEvent& /*event*/) override {}
-
-    void mouseDragged(const MouseEvent& /*event*/) override {}
-
-    void mouseUp(const MouseEvent& /*event*/) override {}
-
-    void rightMouseDown(const MouseEvent& /*event*/) override {}
-
-    bool keyDown(const KeyEvent& /*event*/) override { return false; }
-
-    void controlActivated(const std::string& /*controlId*/) override {}
-
-    void screensChanged() override {}
 };
 
 TEST_F(LifetimeTest, HandleReleasesWhatItTookOver) {
@@ -161,7 +138,7 @@ TEST_F(LifetimeTest, OverlayWindowIsGoneAfterItsEnd) {
 }
 
 TEST_F(LifetimeTest, ViewWindowIsGoneAfterItsEnd) {
-    AppKitViewWindowPlatform platform(loop_);
+    AppKitViewWindowPlatform platform(loop_, activation_);
     EmptyView view;
     EXPECT_TRUE(leavesNoWindow([&] {
         const auto window = platform.makeViewWindow({.contentRect = {0, 0, 50, 50}}, view);
@@ -171,7 +148,7 @@ TEST_F(LifetimeTest, ViewWindowIsGoneAfterItsEnd) {
 }
 
 TEST_F(LifetimeTest, FormWindowIsGoneAfterItsEnd) {
-    AppKitFormWindowPlatform platform(loop_);
+    AppKitFormWindowPlatform platform(loop_, activation_);
     contract::RecordingFormOwner owner;
     owner.add(ControlKind::pushButton, "button", {10, 10, 90, 30});
     EXPECT_TRUE(leavesNoWindow([&] {

@@ -54,7 +54,7 @@ protected:
     SimulatedKeyboardLayout layout_;
     SimulatedLoginItem loginItem_{journal_};
     AppKitKeyMonitorPlatform keyMonitors_;
-    AppKitFormWindowPlatform windows_{loop_};
+    AppKitFormWindowPlatform windows_{loop_, activation_};
     NotificationCenter center_;
     std::unique_ptr<PreferencesWindowController> controller_;
     NSWindow* native_ = nil;
@@ -83,6 +83,18 @@ TEST_F(PreferencesTest, HotkeyIsRecordedFromTheNextKeyPress) {
     ASSERT_TRUE(stored()->openEditorHotkey().has_value());
     EXPECT_EQ(stored()->openEditorHotkey()->keyCode, 14U);
     EXPECT_EQ(stored()->openEditorHotkey()->modifiers, 0x300U);
+}
+
+TEST_F(PreferencesTest, RecorderHasCommandWBeforeTheWindow) {
+    clickOn("Record\xE2\x80\xA6");
+    [NSApp sendEvent:keyEvent(native_, 13, NSEventModifierFlagCommand, @"w")];
+    endTurn();
+    EXPECT_TRUE([native_ isVisible]);
+    ASSERT_TRUE(stored()->openEditorHotkey().has_value());
+    EXPECT_EQ(stored()->openEditorHotkey()->keyCode, 13U);
+    EXPECT_EQ(stored()->openEditorHotkey()->modifiers, 0x100U);
+    [NSApp sendEvent:keyEvent(native_, 13, NSEventModifierFlagCommand, @"w")];
+    EXPECT_FALSE([native_ isVisible]);
 }
 
 TEST_F(PreferencesTest, SliderAndSymbolsAreSpokenByName) {

@@ -4,6 +4,7 @@
 #include "Platform/MacOS/AppKit/AppKitPointerPlatform.h"
 #include "Platform/MacOS/AppKit/AppKitScreenPlatform.h"
 #include "Platform/MacOS/Shell/MainBundle.h"
+#include "Platform/MacOS/Shell/ProcessActivity.h"
 #include "Platform/MacOS/Shell/ServiceLoginItem.h"
 #include "Platform/MacOS/Shell/UserDirectories.h"
 #include "Tests/MacOS/GNUstep/AppKitTest.h"
@@ -147,6 +148,18 @@ TEST_F(ShellTest, FoldersAreTheUsersOwn) {
     EXPECT_EQ(UserDirectories::applicationSupport().substr(0, home.size()), home);
     EXPECT_EQ(UserDirectories::library().substr(0, home.size()), home);
     EXPECT_EQ(logFilePath(), UserDirectories::library() + "/Logs/Tarvex.log");
+}
+
+TEST_F(ShellTest, ProgramIsNotSlowedDownWhileItRunsAndTheMacMaySleep) {
+    EXPECT_TRUE(runningActivities().empty());
+    {
+        const ProcessActivity activity;
+        const auto running = runningActivities();
+        ASSERT_EQ(running.size(), 1U);
+        EXPECT_EQ(running[0], static_cast<NSActivityOptions>(NSActivityUserInitiatedAllowingIdleSystemSleep));
+        EXPECT_EQ(running[0] & (NSActivityIdleSystemSleepDisabled | NSActivityIdleDisplaySleepDisabled), 0U);
+    }
+    EXPECT_TRUE(runningActivities().empty());
 }
 
 } // namespace

@@ -2,8 +2,9 @@
 #include "Platform/MacOS/AppKit/AppKitViewWindowPlatform.h"
 #include "Platform/MacOS/AppKit/ObjCHandle.h"
 #include "Tests/MacOS/GNUstep/AppKitTest.h"
+#include "Tests/MacOS/GNUstep/RecordingView.h"
+#include "Tests/MacOS/GNUstep/UnifiedLog.h"
 
-#include <functional>
 #include <memory>
 #include <string>
 #include <utility>
@@ -12,56 +13,20 @@
 namespace tarvex::test {
 namespace {
 
-/// Writes down what it hears.
-class RecordingView final : public View {
+/// What the screen leaves free of menu bars and the like while this lives.
+class VisibleFrame {
 public:
-    [[nodiscard]] Scene draw() override {
-        ++draws;
-        return scene;
+    explicit VisibleFrame(const NSRect& frame) {
+        setVisibleFrame([frame] { return frame; });
     }
 
-    [[nodiscard]] Form form() override { return controls; }
+    VisibleFrame(const VisibleFrame&) = delete;
+    VisibleFrame& operator=(const VisibleFrame&) = delete;
+    VisibleFrame(VisibleFrame&&) = delete;
+    VisibleFrame& operator=(VisibleFrame&&) = delete;
 
-    void mouseMoved(const MouseEvent& event) override { note("moved", event); }
-
-    void mouseDown(const MouseEvent& event) override { note("down", event); }
-
-    void mouseDragged(const MouseEvent& event) override { note("dragged", event); }
-
-    void mouseUp(const MouseEvent& event) override { note("up", event); }
-
-    void rightMouseDown(const MouseEvent& event) override { note("right", event); }
-
-    bool keyDown(const KeyEvent& event) override {
-        heard.push_back("key " + std::to_string(event.keyCode) + " " + std::to_string(event.modifierFlags));
-        onInput();
-        return takesKeys;
-    }
-
-    void controlActivated(const std::string& controlId) override {
-        heard.push_back("control " + controlId);
-        onInput();
-    }
-
-    void screensChanged() override { heard.push_back("screens"); }
-
-    Scene scene;
-    Form controls;
-    bool takesKeys = true;
-    int draws = 0;
-    std::vector<std::string> heard;
-    std::function<void()> onInput = [] {};
-
-private:
-    void note(const std::string& what, const MouseEvent& event) {
-        heard.push_back(what + " " + std::to_string(static_cast<int>(event.location.x)) + "," +
-                        std::to_string(static_cast<int>(event.location.y)) + " " +
-                        std::to_string(event.modifierFlags));
-        onInput();
-    }
+    ~VisibleFrame() { setVisibleFrame({}); }
 };
-
-using Heard = std::vector<std::string>;
 
 class ViewWindowTest : public AppKitTest {
 protected:
@@ -101,7 +66,7 @@ protected:
     }
 
     RecordingView view_;
-    AppKitViewWindowPlatform platform_{loop_};
+    AppKitViewWindowPlatform platform_{loop_, activation_};
     std::unique_ptr<ViewWindow> window_;
     NSWindow* native_ = nil;
 };
@@ -152,6 +117,49 @@ TEST_F(ViewWindowTest, HandsMotionOnWithoutAButton) {
     send(NSMouseMoved, {11, 12});
     ASSERT_FALSE(view_.heard.empty());
     EXPECT_EQ(view_.heard.back(), "moved 11,12 0");
+}
+
+TEST_F(ViewWindowTest, MotionThatComesTwiceIsOne) {
+    show();
+    NSEvent* const motion = mouseEvent(NSMouseMoved, native_, {11, 12});
+    for (int time = 0; time < 2; ++time) {
+        [[native_ contentView] mouseMoved:motion];
+    }
+    EXPECT_EQ(view_.heard, Heard{"moved 11,12 0"});
+    [[native_ contentView] mouseMoved:mouseEvent(NSMouseMoved, native_, {11, 12})];
+    [[native_ contentView] mouseMoved:mouseEvent(NSMouseMoved, native_, {13, 12})];
+    EXPECT_EQ(view_.heard, (Heard{"moved 11,12 0", "moved 11,12 0", "moved 13,12 0"}));
+}
+
+TEST_F(ViewWindowTest, MotionsOfOneMomentAreTwoInTwoPlaces) {
+    show();
+    const auto motionTo = [&](double x) {
+        return [NSEvent mouseEventWithType:NSMouseMoved
+                                  location:NSMakePoint(x, 12)
+                             modifierFlags:0
+                                 timestamp:1000
+                              windowNumber:[native_ windowNumber]
+                                   context:nil
+                               eventNumber:0
+                                clickCount:0
+                                  pressure:0];
+    };
+    [[native_ contentView] mouseMoved:motionTo(11)];
+    [[native_ contentView] mouseMoved:motionTo(13)];
+    EXPECT_EQ(view_.heard, (Heard{"moved 11,12 0", "moved 13,12 0"}));
+}
+
+TEST_F(ViewWindowTest, IsCalledTheZoneEditorByAssistiveTechnologyAlone) {
+    EXPECT_STREQ([[native_ accessibilityTitle] UTF8String], "Zone Editor");
+    EXPECT_TRUE([native_ isAccessibilityElement]);
+    EXPECT_STRNE([[native_ title] UTF8String], "Zone Editor");
+}
+
+TEST_F(ViewWindowTest, FirstClickOnAButtonCountsInTheBackground) {
+    view_.controls = {{okButton()}};
+    show();
+    NSView* const button = [[[native_ contentView] subviews] objectAtIndex:0];
+    EXPECT_TRUE([button acceptsFirstMouse:mouseEvent(NSLeftMouseDown, native_, {336, 32})]);
 }
 
 TEST_F(ViewWindowTest, PointerThatLeavesUnderAnotherWindowIsOutside) {
@@ -244,55 +252,43 @@ TEST_F(ViewWindowTest, WindowMayEndInAKeyPress) {
 TEST_F(ViewWindowTest, ViewThatThrowsDoesNotReachTheToolkit) {
     show();
     view_.onInput = [] { std::vector<int>().at(0) = 1; };
+    static_cast<void>(takeUnifiedLog());
     send(NSLeftMouseDown, {30, 40});
     [native_ sendEvent:keyEvent(native_, 12)];
     EXPECT_EQ(view_.heard.size(), 2U);
+    EXPECT_EQ(takeUnifiedLog().size(), 2U);
 }
 
-TEST_F(ViewWindowTest, HearsOfScreensWhileItLives) {
+TEST_F(ViewWindowTest, NoticeOfScreensThatAreAsBeforeIsNoneForTheView) {
     postScreenNotice();
-    EXPECT_EQ(view_.heard, Heard{"screens"});
-    window_.reset();
-    postScreenNotice();
-    EXPECT_EQ(view_.heard, Heard{"screens"});
-}
-
-TEST_F(ViewWindowTest, ProgramThatWasInFrontComesBackWhenTheWindowGoes) {
-    const int before = [TarvexTestRunningApplication activations];
-    [NSApp deactivate];
-    window_->makeKeyAndOrderFront();
-    platform_.activateIgnoringOtherApps();
-    endTurn();
-    ASSERT_TRUE([NSApp isActive]);
-    EXPECT_EQ([TarvexTestRunningApplication activations], before);
-    window_.reset();
-    EXPECT_EQ([TarvexTestRunningApplication activations], before + 1) << "not let in, or not asked for";
-}
-
-TEST_F(ViewWindowTest, ProgramThatWasInFrontItselfStaysThere) {
-    const int before = [TarvexTestRunningApplication activations];
-    ASSERT_TRUE([NSApp isActive]);
     show();
-    window_.reset();
-    EXPECT_EQ([TarvexTestRunningApplication activations], before);
+    postScreenNotice();
+    EXPECT_EQ(view_.heard, Heard{});
 }
 
-TEST_F(ViewWindowTest, ProgramWithAnotherWindowStaysInFront) {
-    const int before = [TarvexTestRunningApplication activations];
-    const auto other =
-        ObjCHandle<NSWindow*>::adopt([[NSWindow alloc] initWithContentRect:NSMakeRect(0, 0, 50, 50)
-                                                                 styleMask:NSTitledWindowMask
-                                                                   backing:NSBackingStoreBuffered
-                                                                     defer:NO]);
-    [other.get() setReleasedWhenClosed:NO];
-    [other.get() orderFront:nil];
-    [NSApp deactivate];
-    window_->makeKeyAndOrderFront();
-    platform_.activateIgnoringOtherApps();
-    endTurn();
+TEST_F(ViewWindowTest, ViewHearsOnceOfAScreenThatChanged) {
+    const VisibleFrame visibleFrame(NSMakeRect(0, 0, 600, 400));
+    EXPECT_EQ(view_.heard, Heard{});
+    postScreenNotice();
+    EXPECT_EQ(view_.heard, Heard{"screens"});
+    postScreenNotice();
+    EXPECT_EQ(view_.heard, Heard{"screens"});
     window_.reset();
-    EXPECT_EQ([TarvexTestRunningApplication activations], before);
-    [other.get() close];
+    const VisibleFrame other(NSMakeRect(0, 50, 600, 350));
+    postScreenNotice();
+    EXPECT_EQ(view_.heard, Heard{"screens"});
+}
+
+TEST_F(ViewWindowTest, ScreenThatTheWindowDoesNotTouchIsNoneOfItsBusiness) {
+    const NSRect screen = [[NSScreen mainScreen] frame];
+    window_ = platform_.makeViewWindow({.contentRect = {NSMaxX(screen), 0, 100, 100}}, view_);
+    const VisibleFrame visibleFrame(NSMakeRect(0, 0, 600, 400));
+    postScreenNotice();
+    EXPECT_EQ(view_.heard, Heard{});
+    window_ = platform_.makeViewWindow({.contentRect = {NSMaxX(screen) - 1, 0, 100, 100}}, view_);
+    const VisibleFrame other(NSMakeRect(0, 50, 600, 350));
+    postScreenNotice();
+    EXPECT_EQ(view_.heard, Heard{"screens"});
 }
 
 TEST_F(ViewWindowTest, ToolkitsViewIsSilentWhenItOutlivesTheWindow) {

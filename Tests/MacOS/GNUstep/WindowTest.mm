@@ -70,6 +70,17 @@ TEST_F(WindowTest, HasTheOppositeAttributesWhenGivenThose) {
     EXPECT_EQ([[native backgroundColor] alphaComponent], 1);
 }
 
+TEST_F(WindowTest, StaysWhenTheProgramIsHidden) {
+    EXPECT_FALSE([make(attributes()) canHide]);
+}
+
+TEST_F(WindowTest, IsForAssistiveTechnologyOnlyWhatItIsForTheMouse) {
+    EXPECT_FALSE([make(attributes()) isAccessibilityElement]);
+    WindowAttributes heard = attributes();
+    heard.ignoresMouseEvents = false;
+    EXPECT_TRUE([make(heard) isAccessibilityElement]);
+}
+
 TEST_F(WindowTest, StandsWhereItWasPut) {
     NSWindow* const native = make(attributes());
     EXPECT_EQ(window_->frame(), frame);
@@ -152,6 +163,33 @@ TEST_F(WindowTest, PictureIsHandedOverBeforeTheWindowShowsItself) {
     EXPECT_TRUE([native isVisible]);
     EXPECT_EQ(handOvers.all(), 1);
     EXPECT_EQ(handOvers.good(), 1);
+}
+
+TEST_F(WindowTest, NewPictureAloneDoesNotBringItToTheFront) {
+    NSWindow* const native = make(attributes());
+    const int before = frontings(native);
+    window_->setScene({{FillRect{{0, 0, 300, 200}, {ColorName::black, 1}}}});
+    window_->orderFront();
+    endTurn();
+    EXPECT_EQ(frontings(native), before + 1);
+    window_->setScene(filled({0, 0, 300, 200}));
+    endTurn();
+    EXPECT_EQ(frontings(native), before + 1);
+    EXPECT_EQ(ViewPixels([native contentView]).countOthers({0, 0, 300, 200}, "ffffff"), 0);
+    window_->orderFront();
+    endTurn();
+    EXPECT_EQ(frontings(native), before + 2);
+}
+
+TEST_F(WindowTest, FrontThatWasAskedForBeforeItWasHiddenIsForgotten) {
+    NSWindow* const native = make(attributes());
+    const int before = frontings(native);
+    window_->orderFront();
+    window_->orderOut();
+    window_->setScene(filled({0, 0, 300, 200}));
+    endTurn();
+    EXPECT_EQ(frontings(native), before);
+    EXPECT_FALSE([native isVisible]);
 }
 
 TEST_F(WindowTest, ComesAndGoesWithoutAnimation) {

@@ -28,6 +28,11 @@ static_assert(NSApplicationSupportDirectory == 14);
 static_assert(NSUserDomainMask == 1);
 static_assert(NSNotFound == 0x7fffffffffffffff);
 
+static_assert(NSActivityUserInitiatedAllowingIdleSystemSleep == 0xEFFFFF);
+// The Mac and its screen may still go to sleep.
+static_assert((NSActivityUserInitiatedAllowingIdleSystemSleep &
+               (NSActivityIdleSystemSleepDisabled | NSActivityIdleDisplaySleepDisabled)) == 0);
+
 // Events.
 static_assert(NSEventMaskKeyDown == 1 << 10);
 static_assert(NSEventModifierFlagCapsLock == 0x10000);

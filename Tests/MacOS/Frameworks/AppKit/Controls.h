@@ -44,6 +44,7 @@ enum NSCellImagePosition : NSUInteger {
 - (void)setBezeled:(BOOL)bezeled;
 - (void)setDrawsBackground:(BOOL)draws;
 - (void)setTextColor:(NSColor*)color;
+- (NSString*)accessibilityValue;
 @end
 
 @interface NSSlider : NSControl

@@ -22,6 +22,11 @@ typedef struct CGColor* CGColorRef;
 - (void)setStroke;
 @end
 
+@interface NSAppearance : NSObject
+- (void)performAsCurrentDrawingAppearance:(void (^)(void))block
+    __attribute__((availability(macos, introduced = 11.0)));
+@end
+
 typedef CGFloat NSFontWeight;
 extern "C" const NSFontWeight NSFontWeightLight;
 extern "C" const NSFontWeight NSFontWeightRegular;

@@ -5,6 +5,7 @@
 #include <Foundation/Foundation.h>
 
 @class CALayer;
+@class NSAppearance;
 @class NSColor;
 @class NSView;
 @class NSWindow;
@@ -29,8 +30,10 @@ enum NSEventMask : unsigned long long {
 + (id)addLocalMonitorForEventsMatchingMask:(NSEventMask)mask handler:(NSEvent* (^)(NSEvent* event))handler;
 + (void)removeMonitor:(id)monitor;
 - (NSEventModifierFlags)modifierFlags;
+- (NSTimeInterval)timestamp;
 - (NSPoint)locationInWindow;
 - (unsigned short)keyCode;
+- (NSString*)characters;
 @end
 
 @interface NSResponder : NSObject
@@ -43,6 +46,7 @@ enum NSEventMask : unsigned long long {
 - (void)mouseExited:(NSEvent*)event;
 - (void)rightMouseDown:(NSEvent*)event;
 - (void)keyDown:(NSEvent*)event;
+- (BOOL)performKeyEquivalent:(NSEvent*)event;
 @end
 
 typedef NSUInteger NSTrackingAreaOptions;
@@ -70,6 +74,8 @@ enum : NSTrackingAreaOptions {
 - (void)setAlphaValue:(CGFloat)alpha;
 - (void)setToolTip:(NSString*)toolTip;
 - (void)setAccessibilityLabel:(NSString*)label;
+- (NSAppearance*)effectiveAppearance;
+- (void)viewDidChangeEffectiveAppearance;
 - (void)setWantsLayer:(BOOL)wantsLayer;
 - (CALayer*)layer;
 - (BOOL)isOpaque;
@@ -135,8 +141,13 @@ enum NSWindowAnimationBehavior : NSInteger {
 - (void)setHasShadow:(BOOL)hasShadow;
 - (void)setIgnoresMouseEvents:(BOOL)ignores;
 - (void)setAcceptsMouseMovedEvents:(BOOL)accepts;
+- (void)setCanHide:(BOOL)canHide;
+- (void)setAccessibilityElement:(BOOL)isElement;
+- (void)setAccessibilityTitle:(NSString*)title;
 - (NSResponder*)firstResponder;
 - (void)selectKeyViewFollowingView:(NSView*)view;
+- (void)setAutorecalculatesKeyViewLoop:(BOOL)recalculates;
+- (void)setInitialFirstResponder:(NSView*)view;
 - (BOOL)canBecomeKeyWindow;
 - (BOOL)canBecomeMainWindow;
 - (BOOL)isKeyWindow;
@@ -147,6 +158,7 @@ enum NSWindowAnimationBehavior : NSInteger {
 - (void)orderOut:(id)sender;
 - (void)displayIfNeeded;
 - (void)center;
+- (void)performClose:(id)sender;
 - (void)close;
 @end
 
@@ -167,8 +179,12 @@ typedef NSUInteger NSApplicationActivationOptions;
 
 @interface NSWorkspace : NSObject
 + (NSWorkspace*)sharedWorkspace;
+- (NSNotificationCenter*)notificationCenter;
 - (NSRunningApplication*)frontmostApplication;
 @end
+
+extern "C" NSString* const NSWorkspaceDidActivateApplicationNotification;
+extern "C" NSString* const NSWorkspaceApplicationKey;
 
 @class NSApplication;
 

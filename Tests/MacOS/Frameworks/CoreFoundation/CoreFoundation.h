@@ -18,6 +18,7 @@ typedef struct OpaqueCFRunLoop* CFRunLoopRef;
 typedef struct OpaqueCFRunLoopSource* CFRunLoopSourceRef;
 typedef struct OpaqueCFRunLoopTimer* CFRunLoopTimerRef;
 typedef struct OpaqueCFMachPort* CFMachPortRef;
+typedef struct OpaqueCFNotificationCenter* CFNotificationCenterRef;
 
 typedef signed long CFIndex;
 typedef unsigned long CFTypeID;
@@ -28,6 +29,7 @@ typedef double CFTimeInterval;
 typedef CFTimeInterval CFAbsoluteTime;
 typedef CFStringRef CFLocaleIdentifier;
 typedef CFStringRef CFRunLoopMode;
+typedef CFStringRef CFNotificationName;
 
 struct CFRange {
     CFIndex location;
@@ -43,6 +45,17 @@ enum CFNumberType : CFIndex {
     kCFNumberSInt64Type = 4,
     kCFNumberFloat64Type = 6,
 };
+
+enum CFNotificationSuspensionBehavior : CFIndex {
+    CFNotificationSuspensionBehaviorDrop = 1,
+    CFNotificationSuspensionBehaviorCoalesce = 2,
+    CFNotificationSuspensionBehaviorHold = 3,
+    CFNotificationSuspensionBehaviorDeliverImmediately = 4,
+};
+
+typedef void (*CFNotificationCallback)(CFNotificationCenterRef center, void* observer,
+                                       CFNotificationName name, const void* object, CFDictionaryRef userInfo);
+typedef void (*CFMachPortInvalidationCallBack)(CFMachPortRef port, void* info);
 
 typedef const void* (*CFDictionaryRetainCallBack)(CFAllocatorRef allocator, const void* value);
 typedef void (*CFDictionaryReleaseCallBack)(CFAllocatorRef allocator, const void* value);
@@ -130,4 +143,18 @@ CFRunLoopTimerRef CFRunLoopTimerCreate(CFAllocatorRef allocator, CFAbsoluteTime 
 void CFRunLoopTimerInvalidate(CFRunLoopTimerRef timer);
 
 CFRunLoopSourceRef CFMachPortCreateRunLoopSource(CFAllocatorRef allocator, CFMachPortRef port, CFIndex order);
+void CFMachPortInvalidate(CFMachPortRef port);
+CFMachPortInvalidationCallBack CFMachPortGetInvalidationCallBack(CFMachPortRef port);
+void CFMachPortSetInvalidationCallBack(CFMachPortRef port, CFMachPortInvalidationCallBack callout);
+
+CFNotificationCenterRef CFNotificationCenterGetLocalCenter(void);
+CFNotificationCenterRef CFNotificationCenterGetDistributedCenter(void);
+void CFNotificationCenterAddObserver(CFNotificationCenterRef center, const void* observer,
+                                     CFNotificationCallback callback, CFStringRef name, const void* object,
+                                     CFNotificationSuspensionBehavior suspension);
+void CFNotificationCenterRemoveObserver(CFNotificationCenterRef center, const void* observer,
+                                        CFNotificationName name, const void* object);
+void CFNotificationCenterPostNotification(CFNotificationCenterRef center, CFNotificationName name,
+                                          const void* object, CFDictionaryRef userInfo,
+                                          Boolean deliverImmediately);
 }

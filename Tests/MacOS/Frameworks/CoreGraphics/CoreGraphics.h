@@ -68,6 +68,16 @@ enum CGEventTapOptions : uint32_t {
     kCGEventTapOptionListenOnly = 1,
 };
 
+enum CGEventSourceStateID : int32_t {
+    kCGEventSourceStateCombinedSessionState = 0,
+    kCGEventSourceStateHIDSystemState = 1,
+};
+
+enum CGMouseButton : uint32_t {
+    kCGMouseButtonLeft = 0,
+    kCGMouseButtonRight = 1,
+};
+
 typedef CGEventRef (*CGEventTapCallBack)(CGEventTapProxy proxy, CGEventType type, CGEventRef event,
                                          void* userInfo);
 
@@ -80,6 +90,7 @@ CFMachPortRef CGEventTapCreate(CGEventTapLocation location, CGEventTapPlacement 
                                void* userInfo);
 void CGEventTapEnable(CFMachPortRef tap, bool isEnabled);
 CGEventFlags CGEventGetFlags(CGEventRef event);
+bool CGEventSourceButtonState(CGEventSourceStateID state, CGMouseButton button);
 
 CGError CGGetActiveDisplayList(uint32_t capacity, CGDirectDisplayID* displays, uint32_t* count);
 uint32_t CGDisplayVendorNumber(CGDirectDisplayID display);

@@ -56,6 +56,7 @@ extern "C" const NSRect NSZeroRect;
 @protocol NSObject
 - (Class)class;
 - (BOOL)isKindOfClass:(Class)aClass;
+- (BOOL)isEqual:(id)object;
 - (instancetype)self;
 #if !__has_feature(objc_arc)
 - (instancetype)retain;
@@ -183,12 +184,29 @@ enum : NSSearchPathDomainMask {
 @end
 
 @interface NSNotification : NSObject
+- (NSDictionary*)userInfo;
 @end
 
 @interface NSNotificationCenter : NSObject
 + (NSNotificationCenter*)defaultCenter;
 - (void)addObserver:(id)observer selector:(SEL)selector name:(NSString*)name object:(id)object;
 - (void)removeObserver:(id)observer;
+@end
+
+typedef unsigned long long NSActivityOptions;
+
+enum : NSActivityOptions {
+    NSActivityIdleDisplaySleepDisabled = 1ULL << 40,
+    NSActivityIdleSystemSleepDisabled = 1ULL << 20,
+    NSActivityUserInitiated = 0x00FFFFFFULL | NSActivityIdleSystemSleepDisabled,
+    NSActivityUserInitiatedAllowingIdleSystemSleep =
+        NSActivityUserInitiated & ~NSActivityIdleSystemSleepDisabled,
+};
+
+@interface NSProcessInfo : NSObject
++ (NSProcessInfo*)processInfo;
+- (id<NSObject>)beginActivityWithOptions:(NSActivityOptions)options reason:(NSString*)reason;
+- (void)endActivity:(id<NSObject>)activity;
 @end
 
 extern "C" void NSLog(NSString* format, ...) __attribute__((format(__NSString__, 1, 2)));

@@ -46,6 +46,10 @@ extern const CGFloat NSFontWeightBlack;
 
 @class CALayer;
 
+@interface NSAppearance (TarvexCompatibility)
+- (void)performAsCurrentDrawingAppearance:(void (^)(void))block;
+@end
+
 @interface NSView (TarvexCompatibility)
 - (void)setWantsLayer:(BOOL)wantsLayer;
 - (CALayer*)layer;
@@ -53,11 +57,21 @@ extern const CGFloat NSFontWeightBlack;
 - (NSArray*)trackingAreas;
 - (void)setAccessibilityLabel:(NSString*)label;
 - (NSString*)accessibilityLabel;
+- (NSAppearance*)effectiveAppearance;
+- (void)viewDidChangeEffectiveAppearance;
+@end
+
+@interface NSTextField (TarvexCompatibility)
+- (NSString*)accessibilityValue;
 @end
 
 @interface NSWindow (TarvexCompatibility)
 - (void)setAnimationBehavior:(NSWindowAnimationBehavior)behavior;
 - (NSWindowAnimationBehavior)animationBehavior;
+- (void)setAccessibilityElement:(BOOL)isElement;
+- (BOOL)isAccessibilityElement;
+- (void)setAccessibilityTitle:(NSString*)title;
+- (NSString*)accessibilityTitle;
 @end
 
 @interface NSButton (TarvexCompatibility)
@@ -75,6 +89,9 @@ extern const CGFloat NSFontWeightBlack;
 @interface NSApplication (TarvexCompatibility)
 - (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)policy;
 @end
+
+extern NSString* const NSWorkspaceDidActivateApplicationNotification;
+extern NSString* const NSWorkspaceApplicationKey;
 
 @interface NSApplication (TarvexCompatibilityActivation)
 - (void)yieldActivationToApplication:(NSRunningApplication*)application;

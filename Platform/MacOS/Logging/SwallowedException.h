@@ -1,0 +1,12 @@
+#pragma once
+
+#include <string_view>
+
+namespace tarvex {
+
+/// For the handlers of all exceptions that end at a frame of the system: leaves one line in the unified log,
+/// at error level, with what the present exception says. Called within such a handler only; throws nothing.
+/// @param place the class or function that the exception came to
+void logSwallowedException(std::string_view place) noexcept;
+
+} // namespace tarvex
