@@ -1,5 +1,5 @@
 #include "Platform/Linux/X11/XkbProtocol.h"
-#include "Tests/Contract/X11/HotkeyFixture.h"
+#include "Tests/Contract/X11/HotkeyX11Fixture.h"
 #include "Tests/Contract/X11/XkbClient.h"
 
 #include <gtest/gtest.h>
@@ -9,54 +9,6 @@
 namespace tarvex::contract {
 
 namespace {
-
-constexpr std::uint32_t keyE = 14;
-constexpr std::uint32_t keyR = 15;
-constexpr std::uint32_t command = modifier_mask::command;
-
-class HotkeyX11 : public ::testing::Test {
-protected:
-    explicit HotkeyX11(int screens = 1) : server_(1280, 1024, screens) {}
-
-    void install() {
-        platform_ = std::make_unique<XHotkeyPlatform>(
-            *adapters_.connection, adapters_.pump,
-            [this](const HotkeyIdentifier& hotkey, std::int32_t status) { lost_[hotkey.id] = status; });
-        handler_ = platform_->installHandler([this](const HotkeyIdentifier& identifier) {
-            pressed_.push_back(identifier.id);
-            if (onPress_) {
-                onPress_();
-            }
-        });
-    }
-
-    HotkeyRegistration add(std::uint32_t keyCode, std::uint32_t modifiers, std::uint32_t id = 1) {
-        return platform_->registerHotkey(keyCode, modifiers, {0, id});
-    }
-
-    /// How many presses are heard of what is typed in the work.
-    std::size_t heardDuring(const std::function<void()>& work) {
-        adapters_.catchUp();
-        const std::size_t before = pressed_.size();
-        work();
-        adapters_.catchUp();
-        return pressed_.size() - before;
-    }
-
-    using Ids = std::vector<std::uint32_t>;
-    using States = std::vector<std::uint16_t>;
-
-    test::XServer server_;
-    XInputAdapters adapters_{server_.displayName()};
-    Typist typist_{server_.displayName()};
-    test::Keyboard& keyboard_ = typist_.keyboard();
-    GrabbingClient other_{server_.displayName()};
-    Ids pressed_;
-    std::map<std::uint32_t, std::int32_t> lost_;
-    std::function<void()> onPress_;
-    std::unique_ptr<XHotkeyPlatform> platform_;
-    std::unique_ptr<HotkeyHandler> handler_;
-};
 
 TEST_F(HotkeyX11, IsGrabbedForEveryCombinationOfTheLocks) {
     ModifierKeys modifiers = standardModifiers;
@@ -181,113 +133,7 @@ TEST_F(HotkeyX11, PlatformMayGoFromWithinItsHandler) {
     EXPECT_TRUE(other_.isFree(x_key::letterE));
 }
 
-TEST_F(HotkeyX11, GrabsFollowTheModifierMap) {
-    install();
-    const HotkeyRegistration registration = add(keyE, command);
-    ModifierKeys modifiers = standardModifiers;
-    std::swap(modifiers[XCB_MAP_INDEX_4], modifiers[XCB_MAP_INDEX_3]);
-    setModifierMap(other_.client(), modifiers);
-    adapters_.catchUp();
-    EXPECT_EQ(other_.statesTaken(x_key::letterE), (States{32, 32 | 2, 32 | 16, 32 | 16 | 2}));
-    EXPECT_TRUE(lost_.empty());
-    EXPECT_EQ(heardDuring([&] { typist_.type(keyE, command); }), 1U);
-}
-
-TEST_F(HotkeyX11, HotkeysCanSwapTheirModifiers) {
-    install();
-    const HotkeyRegistration first = add(keyE, command, 1);
-    const HotkeyRegistration second = add(keyE, modifier_mask::option, 2);
-    ModifierKeys modifiers = standardModifiers;
-    std::swap(modifiers[XCB_MAP_INDEX_4], modifiers[XCB_MAP_INDEX_1]);
-    setModifierMap(other_.client(), modifiers);
-    adapters_.catchUp();
-    typist_.type(keyE, command);
-    typist_.type(keyE, modifier_mask::option);
-    adapters_.catchUp();
-    EXPECT_EQ(pressed_, (Ids{1, 2}));
-    EXPECT_EQ(other_.statesTaken(x_key::letterE).size(), 8U);
-}
-
-TEST_F(HotkeyX11, ModifierThatNoKeyHoldsIsRefused) {
-    ModifierKeys modifiers = standardModifiers;
-    modifiers[XCB_MAP_INDEX_4] = {};
-    modifiers[XCB_MAP_INDEX_CONTROL] = {};
-    setModifierMap(other_.client(), modifiers);
-    install();
-    for (const std::uint32_t modifier : {command, modifier_mask::control, command | modifier_mask::shift}) {
-        const HotkeyRegistration registration = add(keyE, modifier);
-        EXPECT_EQ(registration.status, XCB_MATCH) << modifier;
-        EXPECT_EQ(registration.reference, nullptr) << modifier;
-    }
-    EXPECT_TRUE(other_.isFree(x_key::letterE));
-    EXPECT_EQ(add(keyE, modifier_mask::shift).status, 0);
-}
-
-TEST_F(HotkeyX11, HotkeyReturnsWithItsModifier) {
-    install();
-    const HotkeyRegistration registration = add(keyE, command);
-    ModifierKeys modifiers = standardModifiers;
-    modifiers[XCB_MAP_INDEX_4] = {};
-    setModifierMap(other_.client(), modifiers);
-    adapters_.catchUp();
-    EXPECT_TRUE(other_.isFree(x_key::letterE));
-    EXPECT_EQ(lost_, (std::map<std::uint32_t, std::int32_t>{{1, XCB_MATCH}}));
-    setModifierMap(other_.client(), standardModifiers);
-    EXPECT_EQ(heardDuring([&] { typist_.type(keyE, command); }), 1U);
-}
-
-TEST_F(HotkeyX11, HotkeyThatLostItsPlaceIsTriedAgainWithTheNextChange) {
-    install();
-    const HotkeyRegistration registration = add(keyE, command);
-    ASSERT_TRUE(other_.grab(XCB_MOD_MASK_3 | XCB_MOD_MASK_LOCK, x_key::letterE));
-    ModifierKeys modifiers = standardModifiers;
-    std::swap(modifiers[XCB_MAP_INDEX_4], modifiers[XCB_MAP_INDEX_3]);
-    setModifierMap(other_.client(), modifiers);
-    adapters_.catchUp();
-    EXPECT_TRUE(other_.isFree(x_key::letterE));
-    EXPECT_EQ(lost_, (std::map<std::uint32_t, std::int32_t>{{1, XCB_ACCESS}}));
-
-    other_.ungrab(XCB_MOD_MASK_3 | XCB_MOD_MASK_LOCK, x_key::letterE);
-    modifiers[XCB_MAP_INDEX_5] = {x_key::scrollLock};
-    setModifierMap(other_.client(), modifiers);
-    EXPECT_EQ(heardDuring([&] { typist_.type(keyE, command); }), 1U);
-}
-
-TEST_F(HotkeyX11, KeyIsThePhysicalOneInEveryLayout) {
-    install();
-    const HotkeyRegistration registration = add(keyE, command);
-    for (const char* layout : {"de", "fr", "ru", "us"}) {
-        setLayout(server_, layout);
-        EXPECT_EQ(heardDuring([&] { typist_.type(keyE, command); }), 1U) << layout;
-    }
-    setLayout(server_, "us", "dvorak");
-    EXPECT_EQ(heardDuring([&] { typist_.type(keyE, command); }), 1U);
-}
-
 // Other programs type with it.
-TEST_F(HotkeyX11, AltGrMakesItAnotherCombination) {
-    setLayout(server_, "de");
-    install();
-    const HotkeyRegistration plain = add(keyE, 0);
-    const HotkeyRegistration withControl = add(keyE, modifier_mask::control, 2);
-    keyboard_.pressKey(x_key::altGr);
-    EXPECT_EQ(heardDuring([&] { typist_.type(keyE, 0); }), 0U);
-    EXPECT_EQ(heardDuring([&] { typist_.type(keyE, modifier_mask::control); }), 0U);
-    keyboard_.releaseKey(x_key::altGr);
-    EXPECT_EQ(heardDuring([&] { typist_.type(keyE, 0); }), 1U);
-    EXPECT_EQ(heardDuring([&] { typist_.type(keyE, modifier_mask::control); }), 1U);
-}
-
-TEST_F(HotkeyX11, SecondLayoutMakesNoDifference) {
-    setLayout(server_, "us,ru");
-    install();
-    const HotkeyRegistration registration = add(keyE, command);
-    // A keyboard that comes into use brings its own layout along.
-    typist_.type(keyR, 0);
-    XkbClient(server_.displayName()).switchToLayout(1);
-    EXPECT_EQ(heardDuring([&] { typist_.type(keyE, command); }), 1U);
-}
-
 TEST_F(HotkeyX11, OwnWindowWithTheKeyboardDoesNotGetTheKey) {
     install();
     const HotkeyRegistration registration = add(keyE, command);

