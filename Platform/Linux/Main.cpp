@@ -62,7 +62,7 @@ public:
           displays(connection, monitors),
           screens(connection, monitors, struts),
           eventTap(connection, pump, pointer, SessionKind::fromEnvironment(), {.mainLoop = &mainLoop}),
-          accessibility(connection, pump, monitors, toolkitWindows(), &mainLoop),
+          accessibility(connection, pump, monitors, toolkitWindows(), &mainLoop, &pointer),
           windows(connection, pump, mainLoop, monitors, &SystemColors::accentColor, &log),
           textMeasurer(fonts),
           viewWindows(connection, pump, monitors, fonts, &SystemColors::accentColor,

@@ -108,6 +108,18 @@ TEST_P(Restore, ASnappedWindowGoesBackToItsZoneNotToAnEarlierSize) {
     drag.dropAndExpect(zone);
 }
 
+TEST_P(Restore, PutsTheWindowBackOnItsPixelsThoughThePrimaryMonitorIsAnotherByThen) {
+    DesktopOptions options;
+    const PixelRect left{0, 0, 640, 1024};
+    const PixelRect right{640, 100, 640, 900};
+    options.monitors = {{"left", left, true, true}, {"right", right, false, false}};
+    Desktop& desktop = start(options);
+    HeldWindow held(desktop);
+    desktop.monitors.set({{"left", left, false, true}, {"right", right, true, false}});
+    held.drag.releaseToNoMatch(key::super);
+    held.expectPutBack();
+}
+
 struct KeptState {
     std::string first;
     std::string second;

@@ -2,6 +2,9 @@
 #include "Tests/Support/X11/RealApplication.h"
 
 #include <algorithm>
+#include <chrono>
+#include <cstdint>
+#include <string>
 
 namespace tarvex::test {
 namespace {
@@ -12,6 +15,41 @@ PixelPoint centerOf(const PixelRect& screen, const PixelRect& frame) {
     const int right = std::min(frame.x + frame.width, screen.x + screen.width);
     return {left + (right - left) / 2, frame.y + frame.height / 2};
 }
+
+/// Makes a window as high as the ratio of a picture wants it after each change of its size, as players of
+/// films do that give no hints. It does so while somebody looks.
+class PictureKeeper {
+public:
+    PictureKeeper(const std::string& displayName, xcb_window_t window) : client_{displayName} {
+        client_.selectEvents(window, XCB_EVENT_MASK_STRUCTURE_NOTIFY);
+        client_.setEventHandler([this, window](const xcb_generic_event_t& event) {
+            const auto& change = reinterpret_cast<const xcb_configure_notify_event_t&>(event);
+            if ((event.response_type & 0x7F) != XCB_CONFIGURE_NOTIFY || change.window != window) {
+                return;
+            }
+            widest_ = std::max<int>(widest_, change.width);
+            const std::uint32_t height = heightFor(change.width);
+            if (change.height != height) {
+                xcb_configure_window(client_.connection(), window, XCB_CONFIG_WINDOW_HEIGHT, &height);
+                xcb_flush(client_.connection());
+            }
+        });
+        client_.sync();
+    }
+
+    static std::uint32_t heightFor(int width) { return static_cast<std::uint32_t>(width * 9 / 16); }
+
+    /// How wide the window has been at the most.
+    int widest() {
+        client_.sync();
+        client_.handleEvents();
+        return widest_;
+    }
+
+private:
+    XClient client_;
+    int widest_ = 0;
+};
 
 // Windows that are not plain ones.
 class Windows : public DesktopTest {};
@@ -175,6 +213,32 @@ TEST_P(Windows, OneWithAMinimumSizeKeepsItAtTheOriginOfTheZone) {
     PixelRect expected = zoneFrame(area, leftHalf);
     expected.width = 740 + frame.left + frame.right;
     snapAndExpect(desktop, window.managed(), pointIn(area, leftHalf), expected);
+}
+
+TEST_P(Windows, OneThatKeepsTheRatioOfItsPictureIsNeverLargerThanItsZone) {
+    Desktop& desktop = start();
+    TestWindowOptions options;
+    options.geometry = {200, 200, 480, 270};
+    TestWindow window(desktop.server.displayName(), options);
+    PictureKeeper picture(desktop.server.displayName(), window.id());
+    const PixelRect zone = zoneFrame(desktop.screenArea(), rightHalf);
+    Drag drag(desktop, window.managed());
+    drag.pressToMatch(key::super);
+    drag.moveTo(pointIn(desktop.screenArea(), rightHalf));
+    drag.drop();
+    const auto isInPlace = [&] {
+        const int widest = picture.widest();
+        const PixelRect frame = window.managed().requireVisibleFrame();
+        const PixelRect client = window.managed().clientGeometry().value_or(PixelRect{});
+        return widest > 480 && frame.x == zone.x && frame.y == zone.y && frame.width == zone.width &&
+               client.height == static_cast<int>(PictureKeeper::heightFor(client.width));
+    };
+    EXPECT_TRUE(desktop.client.waitFor(isInPlace));
+    // For longer than tarvex takes to look whether the window has got to its zone.
+    const auto isTooLarge = [&] { return picture.widest() > zone.width; };
+    EXPECT_FALSE(desktop.client.waitFor(isTooLarge, Deadline(std::chrono::milliseconds(500))));
+    EXPECT_TRUE(isInPlace()) << describe(window.managed().requireVisibleFrame());
+    drag.releaseKeys();
 }
 
 TEST_P(Windows, OneWithStaticGravityLandsOnTheZone) {

@@ -125,7 +125,14 @@ TEST_P(ZoneEditorBesideBars, WindowsSnapToWhatTheBarsLeave) {
     const std::string frame = "(8.0, " + std::to_string(height - area.y - area.height + 8) + ".0, 1264.0, " +
                               std::to_string(area.height - 16) + ".0)";
     desktop.awaitLog("snapAndHide success cells=1 modifiers=256 frame=" + frame, 1);
+    const PixelRect zone{8, area.y + 8, 1264, area.height - 16};
+    // Such a window manager says nothing of the borders that it draws.
+    const auto isInZone = [&] { return window.managed().frameWindowGeometry() == zone; };
+    EXPECT_TRUE(desktop.client.waitFor(isInZone))
+        << describe(window.managed().frameWindowGeometry().value_or(PixelRect{}));
     drag.releaseKeys();
+    desktop.windowManager->barrier();
+    EXPECT_TRUE(isInZone());
 }
 
 /// Sessions whose toolkit enlarges everything.

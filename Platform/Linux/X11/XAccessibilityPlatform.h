@@ -1,10 +1,12 @@
 #pragma once
 
 #include "App/Input/AccessibilityPlatform.h"
+#include "Platform/Linux/X11/XPointer.h"
 #include "Platform/Linux/X11/XWindowFinder.h"
 #include "Platform/Linux/X11/XWindowPlacer.h"
 
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 namespace tarvex {
@@ -25,13 +27,21 @@ class XWindowElement;
 
 /// Other programs' windows, as the X server and the window manager know them. X lets every client steer every
 /// window, so that the process is always trusted. "AXPosition" and "AXSize" belong to what "AXWindow" gives.
+///
+/// While a press is delivered, the frame of the window that was pressed is the one that it had then: its
+/// window manager may be moving it already.
+///
+/// A window is put back by writing the frame that was read first while its button is still held. It goes back
+/// to its pixels, wherever the primary monitor is by then.
 class XAccessibilityPlatform final : public AccessibilityPlatform {
 public:
     /// All must outlive the platform.
     /// @param ownClients this program's further connections, whose windows are never elements
     /// @param mainLoop as XWindowPlacer takes it
+    /// @param pointer without one, presses are not told from other moments
     XAccessibilityPlatform(XConnection& connection, XEventPump& pump, DesktopLayoutProvider& layout,
-                           std::vector<XClientResources> ownClients, MainLoop* mainLoop = nullptr);
+                           std::vector<XClientResources> ownClients, MainLoop* mainLoop = nullptr,
+                           const XPointer* pointer = nullptr);
 
     [[nodiscard]] bool isProcessTrusted(bool showsPrompt) override;
     [[nodiscard]] AccessibilityElementResult copyElementAtPosition(float x, float y) override;
@@ -45,9 +55,14 @@ public:
 
 private:
     [[nodiscard]] AccessibilityValueResult readFrame(XWindowElement& element, bool wantsPosition);
+    [[nodiscard]] std::shared_ptr<XWindowSighting> sightingOf(const std::vector<xcb_window_t>& path, int x,
+                                                              int y) const;
+    [[nodiscard]] Point translated(const XWindowElement& element, Point position);
+    [[nodiscard]] bool isOnRoot(const PixelRect& frame);
 
     XConnection* connection_;
     DesktopLayoutProvider* layout_;
+    const XPointer* pointer_;
     XWindowFinder finder_;
     XWindowPlacer placer_;
 };

@@ -212,7 +212,7 @@ void XEventTap::handlePress(xcb_input_device_id_t device) {
     }
     // Motion is listened to before the pointer is looked at, so that none goes by unseen in between.
     setButtonDown(true);
-    const bool isReallyDown = holdsButton(pointer_->refresh());
+    const bool isReallyDown = holdsButton(pointer_->refreshAtPress());
     if (!pointer_->snapshot().isOnScreen) {
         // Every screen of the server hears of every press.
         isMotionPending_ = false;

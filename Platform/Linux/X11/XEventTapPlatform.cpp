@@ -4,6 +4,7 @@
 
 #include <xcb/xinput.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <string_view>
@@ -14,6 +15,41 @@ namespace {
 
 constexpr std::uint16_t inputMajor = 2;
 constexpr std::uint16_t inputMinor = 2;
+
+// Of Xwayland, though not of its older releases; and what all of them call the devices that the compositor
+// lends them.
+constexpr std::string_view guestExtension = "XWAYLAND";
+constexpr std::string_view guestDevicePrefix = "xwayland-";
+/// A part of the names of the devices that every server has for the input that clients make up.
+constexpr std::string_view syntheticDevice = " XTEST ";
+
+/// Where a server gets its input from.
+enum class InputSource {
+    /// No device says so.
+    unknown,
+    /// A mouse or a keyboard of its own, if only that of the window that it draws its screen in.
+    hardware,
+    compositor,
+};
+
+InputSource sourceOf(const xcb_input_xi_query_device_reply_t& devices) {
+    InputSource source = InputSource::unknown;
+    for (auto each = xcb_input_xi_query_device_infos_iterator(&devices); each.rem > 0;
+         xcb_input_xi_device_info_next(&each)) {
+        const std::string_view name(
+            xcb_input_xi_device_info_name(each.data),
+            static_cast<std::size_t>(xcb_input_xi_device_info_name_length(each.data)));
+        if (name.starts_with(guestDevicePrefix)) {
+            return InputSource::compositor;
+        }
+        const bool isDevice = each.data->type == XCB_INPUT_DEVICE_TYPE_SLAVE_POINTER ||
+                              each.data->type == XCB_INPUT_DEVICE_TYPE_SLAVE_KEYBOARD;
+        if (isDevice && each.data->enabled != 0 && name.find(syntheticDevice) == std::string_view::npos) {
+            source = InputSource::hardware;
+        }
+    }
+    return source;
+}
 
 class XRunLoopSource final : public RunLoopSource {
 public:
@@ -85,34 +121,36 @@ void XEventTapPlatform::enableTap(EventTap& tap) {
 }
 
 bool XEventTapPlatform::canListen() {
-    if (session_.isWayland || connection_->isBroken()) {
+    if (connection_->isBroken()) {
         return false;
     }
-    if (!serverShowsInput_) {
-        serverShowsInput_ = askServer();
-    }
-    return *serverShowsInput_;
+    serverShowsInput_ = serverShowsInput_ || askServer();
+    return serverShowsInput_;
 }
 
-bool XEventTapPlatform::askServer() {
+bool XEventTapPlatform::askServer() const {
     if (connection_->extension(xcb_input_id) == nullptr || connection_->extension(xcb_xkb_id) == nullptr) {
         return false;
     }
     xcb_connection_t* const server = connection_->get();
-    constexpr std::string_view guestExtension = "XWAYLAND";
     const auto inputCookie = xcb_input_xi_query_version(server, inputMajor, inputMinor);
     const auto keyboardCookie = xcb_xkb_use_extension(server, XCB_XKB_MAJOR_VERSION, XCB_XKB_MINOR_VERSION);
     const auto guestCookie =
         xcb_query_extension(server, static_cast<std::uint16_t>(guestExtension.size()), guestExtension.data());
+    const auto devicesCookie = xcb_input_xi_query_device(server, XCB_INPUT_DEVICE_ALL);
     const auto input = connection_->take(xcb_input_xi_query_version_reply, inputCookie);
     const auto keyboard = connection_->take(xcb_xkb_use_extension_reply, keyboardCookie);
     const auto guest = connection_->take(xcb_query_extension_reply, guestCookie);
+    const auto devices = connection_->take(xcb_input_xi_query_device_reply, devicesCookie);
 
     const bool hasRawInput =
         input && (input->major_version > inputMajor ||
                   (input->major_version == inputMajor && input->minor_version >= inputMinor));
-    const bool isGuest = guest && guest->present != 0;
-    return hasRawInput && keyboard && keyboard->supported != 0 && !isGuest;
+    if (!hasRawInput || !keyboard || keyboard->supported == 0 || (guest && guest->present != 0)) {
+        return false;
+    }
+    const InputSource source = devices ? sourceOf(*devices) : InputSource::unknown;
+    return source == InputSource::hardware || (source == InputSource::unknown && !session_.isWayland);
 }
 
 } // namespace tarvex

@@ -6,13 +6,13 @@
 #include "Platform/Linux/X11/XPointer.h"
 
 #include <memory>
-#include <optional>
 
 namespace tarvex {
 
 /// The kind of desktop session that the program runs in.
 struct SessionKind {
-    /// The X server is a guest of a Wayland compositor and sees the input of X clients only.
+    /// There is a Wayland compositor. The X server need not be its guest: it may be a nested one with a
+    /// desktop of its own, and a variable may have strayed in from another session.
     bool isWayland = false;
 
     /// As the environment of the process says.
@@ -20,7 +20,9 @@ struct SessionKind {
 };
 
 /// The event tap of an X11 session. X asks no user for leave, so that access is granted whenever a tap can be
-/// made at all: the server needs XInput 2.2 and XKB, and must show all input.
+/// made at all: the server needs XInput 2.2 and XKB, and must show all input. The guest of a Wayland
+/// compositor, Xwayland, sees the input of X clients only. The server itself tells whether it is one; the
+/// kind of session decides where it does not.
 class XEventTapPlatform final : public EventTapPlatform {
 public:
     /// All must outlive the platform and its taps.
@@ -37,15 +39,15 @@ public:
 
 private:
     [[nodiscard]] bool canListen();
-    [[nodiscard]] bool askServer();
+    [[nodiscard]] bool askServer() const;
 
     XConnection* connection_;
     XEventPump* pump_;
     XPointer* pointer_;
     SessionKind session_;
     MotionPace pace_;
-    /// A server does not change in this; asked once.
-    std::optional<bool> serverShowsInput_;
+    /// A server that does goes on doing so; one that does not may yet get its devices.
+    bool serverShowsInput_ = false;
 };
 
 } // namespace tarvex

@@ -13,17 +13,32 @@ Point XPointer::mouseLocation() {
 }
 
 const XPointer::Snapshot& XPointer::refresh() {
+    static_cast<void>(takeSnapshot());
+    return snapshot_;
+}
+
+const XPointer::Snapshot& XPointer::refreshAtPress() {
+    const xcb_window_t pressed = takeSnapshot();
+    if (pressed != XCB_WINDOW_NONE) {
+        sighting_ = std::make_shared<XWindowSighting>(*connection_, pressed);
+    }
+    return snapshot_;
+}
+
+xcb_window_t XPointer::takeSnapshot() {
+    sighting_.reset();
     const auto reply = connection_->take(xcb_query_pointer_reply,
                                          xcb_query_pointer(connection_->get(), connection_->root()));
-    if (reply) {
-        snapshot_.isOnScreen = reply->same_screen != 0;
-        snapshot_.mask = reply->mask;
+    if (!reply) {
+        return XCB_WINDOW_NONE;
     }
-    if (reply && snapshot_.isOnScreen) {
+    snapshot_.isOnScreen = reply->same_screen != 0;
+    snapshot_.mask = reply->mask;
+    if (snapshot_.isOnScreen) {
         snapshot_.x = reply->root_x;
         snapshot_.y = reply->root_y;
     }
-    return snapshot_;
+    return reply->child;
 }
 
 } // namespace tarvex

@@ -3,13 +3,16 @@
 #include "App/Toolkit/PointerPlatform.h"
 #include "Platform/Linux/X11/DesktopLayout.h"
 #include "Platform/Linux/X11/XConnection.h"
+#include "Platform/Linux/X11/XWindowSighting.h"
 
 #include <cstdint>
+#include <memory>
 
 namespace tarvex {
 
 /// The mouse, as the X server knows it. While an event is delivered every question is answered from one
-/// snapshot, so that an event costs one wait for the server however often it asks.
+/// snapshot, so that an event costs one wait for the server however often it asks. That of a press shows the
+/// window below the pointer as well.
 class XPointer final : public PointerPlatform {
 public:
     /// Where the pointer is, in pixels of the root window, and the buttons and modifiers held
@@ -32,7 +35,11 @@ public:
         Hold(Hold&&) = delete;
         Hold& operator=(Hold&&) = delete;
 
-        ~Hold() { --pointer_->holds_; }
+        ~Hold() {
+            if (--pointer_->holds_ == 0) {
+                pointer_->sighting_.reset();
+            }
+        }
 
     private:
         XPointer* pointer_;
@@ -46,13 +53,25 @@ public:
     /// Takes a new snapshot; when the server does not answer, the old one stays.
     const Snapshot& refresh();
 
+    /// The same at the press of a button, and looks at the window below the pointer, as early as can be:
+    /// whoever presses may pull at once. Waits for the server three times at most.
+    const Snapshot& refreshAtPress();
+
+    /// The window that was pressed, until the press has been delivered; else null. None is pressed on the
+    /// bare desktop.
+    [[nodiscard]] std::shared_ptr<XWindowSighting> sighting() const { return sighting_; }
+
     /// The last snapshot.
     [[nodiscard]] const Snapshot& snapshot() const { return snapshot_; }
 
 private:
+    /// The child of the root window that the pointer is in, if any.
+    xcb_window_t takeSnapshot();
+
     XConnection* connection_;
     DesktopLayoutProvider* layout_;
     Snapshot snapshot_;
+    std::shared_ptr<XWindowSighting> sighting_;
     int holds_ = 0;
 };
 

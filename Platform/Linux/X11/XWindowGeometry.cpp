@@ -57,7 +57,7 @@ XWindowGeometryRequest::XWindowGeometryRequest(XConnection& connection, xcb_wind
       invisible_(requestPropertyWords(connection, window, connection.atom("_GTK_FRAME_EXTENTS"))),
       states_(requestPropertyWords(connection, window, connection.atom("_NET_WM_STATE"))) {}
 
-XWindowGeometry XWindowGeometryRequest::take() {
+XWindowGeometry XWindowGeometryRequest::take(const std::optional<PixelRect>& known) {
     const auto origin = connection_->take(xcb_translate_coordinates_reply, origin_);
     const auto geometry = connection_->take(xcb_get_geometry_reply, geometry_);
     const auto tree = connection_->take(xcb_query_tree_reply, tree_);
@@ -75,8 +75,10 @@ XWindowGeometry XWindowGeometryRequest::take() {
     result.invisible = bordersOf(invisible).value_or(XBorders{});
     result.states = sizeStatesOf(*connection_, states.words);
     const std::optional<XBorders> announced = bordersOf(decoration);
-    const std::optional<PixelRect> frame =
-        announced && !result.states.shaded ? std::nullopt : measureFrame(tree->parent);
+    const bool needsFrame = !announced || result.states.shaded;
+    const std::optional<PixelRect> frame = !needsFrame ? std::nullopt
+                                           : known     ? known
+                                                       : measureFrame(tree->parent);
     const int border = geometry->border_width;
     result.decoration = announced ? *announced
                         : frame   ? bordersBetween(*frame, result.client)

@@ -49,7 +49,8 @@ public:
     XWindowGeometryRequest(XConnection& connection, xcb_window_t window);
 
     /// Waits for the answers. To be called once, always.
-    [[nodiscard]] XWindowGeometry take();
+    /// @param known the outermost window around this one, if it is known from the same moment
+    [[nodiscard]] XWindowGeometry take(const std::optional<PixelRect>& known = {});
 
 private:
     /// The outermost window around the client; none when that is the client itself.

@@ -3,10 +3,13 @@
 #include "Platform/Linux/X11/WindowManagerProtocol.h"
 #include "Platform/Linux/X11/XAtoms.h"
 
+#include <cstdlib>
+
 namespace tarvex {
 
 namespace {
 
+using Clock = std::chrono::steady_clock;
 using window_manager::sourcePager;
 using window_manager::stateAdd;
 using window_manager::stateRemove;
@@ -17,6 +20,17 @@ constexpr std::uint32_t moveCancel = 11;
 constexpr unsigned firstValueBit = 8;
 constexpr unsigned sourceShift = 12;
 
+// Of WM_NORMAL_HINTS.
+constexpr std::uint32_t hasGravity = 1U << 9;
+constexpr std::size_t gravityWord = 17;
+
+std::uint32_t gravityOf(const std::vector<std::uint32_t>& normalHints) {
+    if (normalHints.size() > gravityWord && (normalHints.front() & hasGravity) != 0) {
+        return normalHints[gravityWord];
+    }
+    return XCB_GRAVITY_NORTH_WEST;
+}
+
 } // namespace
 
 XWindowSteering::XWindowSteering(XConnection& connection)
@@ -25,6 +39,7 @@ XWindowSteering::XWindowSteering(XConnection& connection)
 XWindowSteering::Atoms XWindowSteering::internAtoms(XConnection& connection) {
     return makeAtoms<Atoms>(connection, {{&Atoms::moveResize, "_NET_MOVERESIZE_WINDOW"},
                                          {&Atoms::interactiveMove, "_NET_WM_MOVERESIZE"},
+                                         {&Atoms::bordersQuestion, "_NET_REQUEST_FRAME_EXTENTS"},
                                          {&Atoms::supported, "_NET_SUPPORTED"},
                                          {&Atoms::state, "_NET_WM_STATE"},
                                          {&Atoms::maximizedVertically, "_NET_WM_STATE_MAXIMIZED_VERT"},
@@ -41,16 +56,19 @@ XWindowSituation XWindowSteering::read(xcb_window_t window) {
     const auto supportedCookie = requestPropertyWords(*connection_, connection_->root(), atoms_.supported);
     const auto rootCookie = xcb_get_window_attributes(server, connection_->root());
     const auto pointerCookie = xcb_query_pointer(server, connection_->root());
+    const auto hintsCookie = requestPropertyWords(*connection_, window, XCB_ATOM_WM_NORMAL_HINTS);
 
     XWindowSituation situation;
     situation.geometry = geometry.take();
     const XPropertyWords supported = takePropertyWords(*connection_, supportedCookie);
     const auto root = connection_->take(xcb_get_window_attributes_reply, rootCookie);
     const auto pointer = connection_->take(xcb_query_pointer_reply, pointerCookie);
+    situation.gravity = gravityOf(takePropertyWords(*connection_, hintsCookie).words);
 
     situation.hasManager = hasWindowManager(root);
     situation.managerPlacesWindows = situation.hasManager && isAmong(supported.words, atoms_.moveResize);
     situation.managerCancelsMoves = situation.hasManager && isAmong(supported.words, atoms_.interactiveMove);
+    situation.managerTellsBorders = situation.hasManager && isAmong(supported.words, atoms_.bordersQuestion);
     situation.isButtonDown = pointer && (pointer->mask & XCB_KEY_BUT_MASK_BUTTON_1) != 0;
     return situation;
 }
@@ -157,7 +175,7 @@ void XWindowSteering::place(xcb_window_t window, const XWindowSituation& situati
         values[3] = geometry.clientHeightFor(*target.height);
     }
     if (!situation.managerPlacesWindows) {
-        configure(window, values);
+        placeDirectly(window, situation, target, values);
         return;
     }
     std::array<std::uint32_t, 5> data{XCB_GRAVITY_NORTH_WEST | sourcePager << sourceShift};
@@ -170,6 +188,58 @@ void XWindowSteering::place(xcb_window_t window, const XWindowSituation& situati
         ++index;
     }
     sendToWindowManager(*connection_, window, atoms_.moveResize, data);
+}
+
+XWindowSteering::Shift XWindowSteering::shiftOf(std::uint32_t gravity, const XBorders& decoration) {
+    // The gravity names the point that stays where it is when the decoration is put around the window (ICCCM
+    // 4.1.2.3).
+    if (gravity == XCB_GRAVITY_STATIC) {
+        return {decoration.left, decoration.top};
+    }
+    if (gravity < XCB_GRAVITY_NORTH_WEST || gravity > XCB_GRAVITY_SOUTH_EAST) {
+        return {};
+    }
+    // Three by three, row by row from the north-west.
+    const int cell = static_cast<int>(gravity) - XCB_GRAVITY_NORTH_WEST;
+    return {(decoration.left + decoration.right) * (cell % 3) / 2,
+            (decoration.top + decoration.bottom) * (cell / 3) / 2};
+}
+
+XWindowSteering::Shift XWindowSteering::shiftFor(xcb_window_t window, const XWindowSituation& situation,
+                                                 const XWindowTarget& target) const {
+    const XBorders& decoration = situation.geometry.decoration;
+    const PixelRect frame = situation.geometry.visibleFrame();
+    const DirectRequest& latest = latestDirect_;
+    // Later than that, somebody else has moved it.
+    constexpr std::chrono::seconds repeatPeriod{2};
+    const bool isRepeat = latest.window == window && latest.target == target && target.x && target.y &&
+                          Clock::now() - latest.time <= repeatPeriod;
+    if (isRepeat && frame != latest.frameBefore) {
+        const int astrayX = frame.x - *target.x;
+        const int astrayY = frame.y - *target.y;
+        // Farther than that it has gone for another reason, or not yet gone.
+        if (std::abs(astrayX) <= decoration.left + decoration.right &&
+            std::abs(astrayY) <= decoration.top + decoration.bottom) {
+            return {latest.shift.x - astrayX, latest.shift.y - astrayY};
+        }
+    }
+    return shiftOf(situation.gravity, decoration);
+}
+
+void XWindowSteering::placeDirectly(xcb_window_t window, const XWindowSituation& situation,
+                                    const XWindowTarget& target, Values values) {
+    // Without a window manager the place is that of the window's own outer corner.
+    if (situation.hasManager) {
+        const Shift shift = shiftFor(window, situation, target);
+        if (values[0]) {
+            *values[0] += shift.x;
+        }
+        if (values[1]) {
+            *values[1] += shift.y;
+        }
+        latestDirect_ = {window, target, situation.geometry.visibleFrame(), shift, Clock::now()};
+    }
+    configure(window, values);
 }
 
 void XWindowSteering::configure(xcb_window_t window, const Values& values) {

@@ -4,6 +4,7 @@
 #include "Platform/Linux/X11/XWindowGeometry.h"
 
 #include <array>
+#include <chrono>
 #include <cstdint>
 #include <optional>
 
@@ -16,7 +17,11 @@ struct XWindowSituation {
     bool hasManager = false;
     bool managerPlacesWindows = false;
     bool managerCancelsMoves = false;
+    /// Says of a window of this program's which borders it would draw around it.
+    bool managerTellsBorders = false;
     bool isButtonDown = false;
+    /// By which the window manager takes the place that the window itself asks for (WM_NORMAL_HINTS).
+    std::uint32_t gravity = XCB_GRAVITY_NORTH_WEST;
 };
 
 /// A visible frame asked for, in pixels of the root window; what is absent stays as it is.
@@ -25,6 +30,8 @@ struct XWindowTarget {
     std::optional<int> y;
     std::optional<int> width;
     std::optional<int> height;
+
+    bool operator==(const XWindowTarget&) const = default;
 };
 
 /// The messages by which a window is steered. They go to the window manager, never to the window's owner, and
@@ -63,12 +70,15 @@ public:
     void shakeLoose(xcb_window_t window, const XWindowSituation& situation);
 
     /// Puts the visible frame there, by one message, or directly where no window manager takes such messages.
+    /// Window managers do not agree on what is asked of them directly: asked for the same again
+    /// within two seconds, it allows for what the window went astray by, up to the width of its borders.
     void place(xcb_window_t window, const XWindowSituation& situation, const XWindowTarget& target);
 
 private:
     struct Atoms {
         xcb_atom_t moveResize;
         xcb_atom_t interactiveMove;
+        xcb_atom_t bordersQuestion;
         xcb_atom_t supported;
         xcb_atom_t state;
         xcb_atom_t maximizedVertically;
@@ -85,10 +95,32 @@ private:
     [[nodiscard]] static Atoms internAtoms(XConnection& connection);
     void changeStates(std::uint32_t change, xcb_window_t window, const XWindowSituation& situation,
                       const XSizeStates& states);
+
+    /// How far the place that a window asks for is from the outer corner of its decoration, in pixels.
+    struct Shift {
+        int x = 0;
+        int y = 0;
+    };
+
+    /// What was last asked of a window manager directly.
+    struct DirectRequest {
+        xcb_window_t window = XCB_WINDOW_NONE;
+        XWindowTarget target;
+        PixelRect frameBefore;
+        Shift shift;
+        std::chrono::steady_clock::time_point time;
+    };
+
+    [[nodiscard]] static Shift shiftOf(std::uint32_t gravity, const XBorders& decoration);
+    [[nodiscard]] Shift shiftFor(xcb_window_t window, const XWindowSituation& situation,
+                                 const XWindowTarget& target) const;
+    void placeDirectly(xcb_window_t window, const XWindowSituation& situation, const XWindowTarget& target,
+                       Values values);
     void configure(xcb_window_t window, const Values& values);
 
     XConnection* connection_;
     Atoms atoms_;
+    DirectRequest latestDirect_;
 };
 
 } // namespace tarvex

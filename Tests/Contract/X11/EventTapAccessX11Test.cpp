@@ -2,21 +2,111 @@
 
 #include <xcb/xinput.h>
 
+#include <array>
+#include <cstddef>
+#include <cstdint>
 #include <cstdlib>
+#include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace tarvex::contract {
 
 namespace {
 
-class EventTapAccessX11 : public EventTapTest {};
+class EventTapAccessX11 : public EventTapTest {
+protected:
+    /// Adds a pointer of that name, and its keyboard.
+    void addDevices(std::string_view name) {
+        constexpr std::size_t nameSize = 16;
+        ASSERT_EQ(name.size(), nameSize);
 
-TEST_F(EventTapAccessX11, WaylandSessionGrantsNoTap) {
-    XEventTapPlatform guest(*adapters_.connection, adapters_.pump, adapters_.pointer, {.isWayland = true});
-    EXPECT_FALSE(guest.preflightListenEventAccess());
-    EXPECT_FALSE(guest.requestListenEventAccess());
-    EXPECT_EQ(guest.createTap({}), nullptr);
+        struct {
+            xcb_input_add_master_t head;
+            std::array<char, nameSize> name;
+        } change{{XCB_INPUT_HIERARCHY_CHANGE_TYPE_ADD_MASTER, sizeof(change) / 4, nameSize, 1, 1}, {}};
+
+        name.copy(change.name.data(), nameSize);
+        changeDevices(&change.head);
+    }
+
+    /// Takes its input from the server: its mouse and its keyboard move no pointer and type into nothing.
+    void detachHardware() {
+        for (const std::uint16_t device : {mouseDevice_, keyboardDevice_}) {
+            struct {
+                xcb_input_detach_slave_t head;
+            } const change{{XCB_INPUT_HIERARCHY_CHANGE_TYPE_DETACH_SLAVE, sizeof(change) / 4, device, {}}};
+
+            changeDevices(&change.head);
+        }
+    }
+
+    void attachMouse() {
+        constexpr std::uint16_t masterPointer = 2;
+
+        struct {
+            xcb_input_attach_slave_t head;
+        } const change{
+            {XCB_INPUT_HIERARCHY_CHANGE_TYPE_ATTACH_SLAVE, sizeof(change) / 4, mouseDevice_, masterPointer}};
+
+        changeDevices(&change.head);
+    }
+
+    [[nodiscard]] std::unique_ptr<XEventTapPlatform> platformOf(SessionKind session) {
+        return std::make_unique<XEventTapPlatform>(*adapters_.connection, adapters_.pump, adapters_.pointer,
+                                                   session);
+    }
+
+    static constexpr std::uint16_t mouseDevice_ = 6;
+    static constexpr std::uint16_t keyboardDevice_ = 7;
+    static constexpr SessionKind plain_{};
+    static constexpr SessionKind wayland_{.isWayland = true};
+
+private:
+    void changeDevices(const void* change) {
+        // Its first request must tell the server which version it speaks.
+        xcb_input_xi_query_version(other_.connection(), 2, 2);
+        const test::Owned<xcb_generic_error_t> error(xcb_request_check(
+            other_.connection(),
+            xcb_input_xi_change_hierarchy_checked(other_.connection(), 1,
+                                                  static_cast<const xcb_input_hierarchy_change_t*>(change))));
+        ASSERT_EQ(error, nullptr) << "error " << int{error->error_code};
+    }
+};
+
+TEST_F(EventTapAccessX11, GuestOfAWaylandCompositorGrantsNoTap) {
+    addDevices("xwayland-pointer");
+    for (const SessionKind& session : {plain_, wayland_}) {
+        const auto guest = platformOf(session);
+        EXPECT_FALSE(guest->preflightListenEventAccess());
+        EXPECT_FALSE(guest->requestListenEventAccess());
+        EXPECT_EQ(guest->createTap({}), nullptr);
+    }
+}
+
+TEST_F(EventTapAccessX11, ServerWithDevicesOfItsOwnIsNoGuestWhateverTheSessionIsSaidToBe) {
+    addDevices("pointer-xwayland");
+    const auto nested = platformOf(wayland_);
+    EXPECT_TRUE(nested->preflightListenEventAccess());
+    EXPECT_TRUE(nested->requestListenEventAccess());
+    EXPECT_NE(nested->createTap({}), nullptr);
+}
+
+TEST_F(EventTapAccessX11, ServerWithoutDevicesIsWhatTheSessionIsSaidToBe) {
+    detachHardware();
+    const auto unknown = platformOf(wayland_);
+    EXPECT_FALSE(unknown->preflightListenEventAccess());
+    EXPECT_EQ(unknown->createTap({}), nullptr);
+    EXPECT_TRUE(platformOf(plain_)->preflightListenEventAccess());
+}
+
+TEST_F(EventTapAccessX11, DevicesMayComeLater) {
+    detachHardware();
+    const auto early = platformOf(wayland_);
+    ASSERT_FALSE(early->preflightListenEventAccess());
+    attachMouse();
+    EXPECT_TRUE(early->preflightListenEventAccess());
 }
 
 TEST_F(EventTapAccessX11, OldInputExtensionGrantsNoTap) {

@@ -5,6 +5,8 @@
 #include "Tests/Support/X11/Pointer.h"
 #include "Tests/Support/X11/XServer.h"
 
+#include <xcb/xinput.h>
+
 #include <cmath>
 
 namespace tarvex::contract {
@@ -35,8 +37,10 @@ public:
     PointerPlatform& pointer() override { return wholePoints_; }
 
     std::unique_ptr<EventTapPlatform> makeRefusingPlatform() override {
-        return std::make_unique<XEventTapPlatform>(*adapters_.connection, adapters_.pump, adapters_.pointer,
-                                                   SessionKind{.isWayland = true});
+        // A client that has asked for an older version is served that version from then on.
+        xcb_input_xi_query_version(poor_.connection->get(), 2, 0);
+        return std::make_unique<XEventTapPlatform>(*poor_.connection, poor_.pump, poor_.pointer,
+                                                   SessionKind{});
     }
 
     void pressButton() override { mouse_.press(); }
@@ -88,6 +92,7 @@ private:
 
     test::XServer server_{1280, screenHeight};
     XInputAdapters adapters_{server_.displayName()};
+    XInputAdapters poor_{server_.displayName()};
     WholePoints wholePoints_{adapters_.pointer};
     test::Pointer mouse_{server_.displayName()};
     test::Keyboard keyboard_{server_.displayName()};

@@ -94,6 +94,18 @@ protected:
         settle();
     }
 
+    /// Asks for another place and size of the client, as its own program would.
+    static void configure(test::TestWindow& window, const PixelRect& client) {
+        const std::uint32_t values[] = {
+            static_cast<std::uint32_t>(client.x), static_cast<std::uint32_t>(client.y),
+            static_cast<std::uint32_t>(client.width), static_cast<std::uint32_t>(client.height)};
+        xcb_configure_window(window.client().connection(), window.id(),
+                             XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH |
+                                 XCB_CONFIG_WINDOW_HEIGHT,
+                             values);
+        window.client().sync();
+    }
+
     void maximize(test::TestWindow& window) {
         window.changeState(true, "_NET_WM_STATE_MAXIMIZED_VERT", "_NET_WM_STATE_MAXIMIZED_HORZ");
         window.client().sync();

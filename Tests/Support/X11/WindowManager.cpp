@@ -1,5 +1,6 @@
 #include "Tests/Support/X11/WindowManager.h"
 
+#include <csignal>
 #include <stdexcept>
 
 namespace tarvex::test {
@@ -149,6 +150,14 @@ bool WindowManager::isReady() {
     const auto self = client_.words(owner.front(), "_NET_SUPPORTING_WM_CHECK");
     return !self.empty() && self.front() == owner.front() &&
            client_.hasProperty(client_.root(), "_NET_SUPPORTED");
+}
+
+void WindowManager::pause() {
+    process_->signalGroup(SIGSTOP);
+}
+
+void WindowManager::resume() {
+    process_->signalGroup(SIGCONT);
 }
 
 void WindowManager::barrier() {

@@ -43,6 +43,10 @@ public:
     /// Starts it again after kill() and waits until it takes part.
     void start();
 
+    /// Makes it as slow as one on a busy computer: from now on it does nothing, until it resumes.
+    void pause();
+    void resume();
+
     /// Returns when it has handled every message and event that the X server sent it before this call.
     void barrier();
 
