@@ -174,7 +174,7 @@ void XWindowSettling::handleTurnEnd() {
     }
 }
 
-std::optional<XWindowSituation> XWindowSettling::readAgain() {
+std::optional<XWindowSituation> XWindowSettling::readToPlace() {
     XWindowSituation now = steering_->read(current_->request.window);
     // Whoever holds the button down again since has perhaps taken the window: from then on it is his.
     const bool isTakenAgain = now.isButtonDown && !current_->request.situation.isButtonDown;
@@ -182,18 +182,18 @@ std::optional<XWindowSituation> XWindowSettling::readAgain() {
         stop();
         return std::nullopt;
     }
+    if (current_->earlier) {
+        if (isRecent()) {
+            putBack(now);
+        }
+        return std::nullopt;
+    }
     return now;
 }
 
 void XWindowSettling::settle() {
-    const std::optional<XWindowSituation> now = readAgain();
+    const std::optional<XWindowSituation> now = readToPlace();
     if (!now) {
-        return;
-    }
-    if (current_->earlier) {
-        if (isRecent()) {
-            putBack(*now);
-        }
         return;
     }
     const XWindowGeometry assumed = current_->placement.assumed();
@@ -215,14 +215,8 @@ void XWindowSettling::settle() {
 }
 
 void XWindowSettling::look() {
-    const std::optional<XWindowSituation> now = readAgain();
+    const std::optional<XWindowSituation> now = readToPlace();
     if (!now) {
-        return;
-    }
-    if (current_->earlier) {
-        if (isRecent()) {
-            putBack(*now);
-        }
         return;
     }
     if (isRecent() && prepareAgain(*now)) {

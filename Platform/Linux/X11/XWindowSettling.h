@@ -92,7 +92,8 @@ private:
     void handlePropertyChange(const xcb_generic_event_t& event);
     void handleConfiguration(const xcb_generic_event_t& event);
     void handleEnd(const xcb_generic_event_t& event);
-    [[nodiscard]] std::optional<XWindowSituation> readAgain();
+    /// None for a window that has gone, that somebody has taken again, or that goes back into its states.
+    [[nodiscard]] std::optional<XWindowSituation> readToPlace();
     void settle();
     void look();
     void untile(const XWindowSituation& now);
