@@ -7,6 +7,8 @@
 #include <gtest/gtest.h>
 
 #include <stdexcept>
+#include <string>
+#include <typeinfo>
 
 namespace tarvex {
 namespace {
@@ -30,9 +32,12 @@ TEST(SwallowedException, OfAGuardedCallIsLogged) {
 }
 
 TEST(SwallowedException, OfAnotherTypeIsLoggedAsSuch) {
-    callGuarded([] { throw 3; });
+    struct Failure {};
+
+    callGuarded([] { throw Failure(); });
     EXPECT_THAT(fake::mac().log.lines,
-                ElementsAre(lineOf("AppKit", "swallowed: an exception of an unknown type")));
+                ElementsAre(lineOf("AppKit", std::string("swallowed: an exception of the type ") +
+                                                 typeid(Failure).name())));
 }
 
 TEST(SwallowedException, WithoutOneNothingIsLogged) {

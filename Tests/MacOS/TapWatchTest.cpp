@@ -96,6 +96,10 @@ TEST_F(MacTapWatch, HealthyTapIsLeftAloneWhileTheButtonIsDown) {
     tellOfPermissions();
     loop().advance(3.5);
     EXPECT_EQ(receiver_.events.size(), 1U);
+    ASSERT_EQ(taps().requests.size(), 4U);
+    fake::TapRequest trial = taps().requests.front();
+    trial.mask = CGEventMask{1} << kCGEventFlagsChanged;
+    EXPECT_EQ(taps().requests.back(), trial) << "it could swallow the release";
     EXPECT_EQ(taps().liveTaps(), 1U);
     EXPECT_EQ(loop().timerIntervals().size(), 1U);
     send(kCGEventLeftMouseUp);

@@ -5,16 +5,21 @@
 #include "Platform/MacOS/AppKit/ObjCHandle.h"
 
 #import <AppKit/AppKit.h>
+#include <cstddef>
 #include <memory>
 #include <vector>
 
 namespace tarvex {
 
-/// Remembers which program was in front before this one, and makes it active again when the last window has
-/// closed for which this one came to the front: a program without a window of its own left would otherwise
-/// stay active, and the keyboard reach nobody. There is one for all windows of the program.
+/// Remembers which programs were in front before this one, and makes the last of them active again when the
+/// last window has closed for which this one came to the front: a program without a window of its own left
+/// would otherwise stay active, and the keyboard reach nobody. One that has quit, or may not become active,
+/// is passed over for the one before it. There is one loan for all windows of the program.
 class ActivationLoan {
 public:
+    /// How many programs are remembered at most.
+    static constexpr std::size_t maximumLenders = 16;
+
     /// The main loop must outlive the loan.
     explicit ActivationLoan(MainLoop& mainLoop);
     ActivationLoan(const ActivationLoan&) = delete;
@@ -46,8 +51,8 @@ private:
     void giveBack();
 
     MainLoop* mainLoop_;
-    /// The program that was in front last, other than this one.
-    ObjCHandle<NSRunningApplication*> lender_;
+    /// The programs that were in front, other than this one; the last one is at the end.
+    std::vector<ObjCHandle<NSRunningApplication*>> lenders_;
     std::vector<Borrower> borrowers_;
     ActionTarget applicationActivated_;
     /// Ends with the loan, which tells a posted call that nobody wants it any more.

@@ -4,6 +4,29 @@
 
 namespace tarvex {
 
+namespace {
+
+// The locked screen and the panels that ask for a password come to the front as programs do, but run on when
+// they have gone from the screen: the front would be given to nobody.
+bool mayLend(NSRunningApplication* application) {
+    NSString* const identifier = [application bundleIdentifier];
+    return application != nil && ![application isEqual:[NSRunningApplication currentApplication]] &&
+           ![identifier isEqualToString:@"com.apple.loginwindow"] &&
+           ![identifier isEqualToString:@"com.apple.SecurityAgent"];
+}
+
+/// False when the system refuses, or the program has gone.
+bool makeActive(NSRunningApplication* application) {
+    // Where activation is cooperative, the active program has to let the other one have it.
+    if (@available(macOS 14.0, *)) {
+        [NSApp yieldActivationToApplication:application];
+        return [application activateFromApplication:[NSRunningApplication currentApplication] options:0];
+    }
+    return [application activateWithOptions:0];
+}
+
+} // namespace
+
 ActivationLoan::ActivationLoan(MainLoop& mainLoop)
     : mainLoop_(&mainLoop), applicationActivated_([this](id notification) {
           noteFront([[notification userInfo] objectForKey:NSWorkspaceApplicationKey]);
@@ -15,6 +38,8 @@ ActivationLoan::ActivationLoan(MainLoop& mainLoop)
                selector:ActionTarget::selector()
                    name:NSWorkspaceDidActivateApplicationNotification
                  object:nil];
+        // The user may turn to this program, by its status item say, before it opens a window.
+        noteFront([[NSWorkspace sharedWorkspace] frontmostApplication]);
     }
 }
 
@@ -64,8 +89,16 @@ std::vector<ActivationLoan::Borrower>::iterator ActivationLoan::find(NSWindow* w
 }
 
 void ActivationLoan::noteFront(NSRunningApplication* application) {
-    if (application != nil && ![application isEqual:[NSRunningApplication currentApplication]]) {
-        lender_ = ObjCHandle<NSRunningApplication*>::share(application);
+    if (!mayLend(application)) {
+        return;
+    }
+    const auto lender = ObjCHandle<NSRunningApplication*>::share(application);
+    std::erase_if(lenders_, [&](const ObjCHandle<NSRunningApplication*>& other) {
+        return [other.get() isEqual:application] || [other.get() isTerminated];
+    });
+    lenders_.push_back(lender);
+    if (lenders_.size() > maximumLenders) {
+        lenders_.erase(lenders_.begin());
     }
 }
 
@@ -80,16 +113,16 @@ void ActivationLoan::giveBack() {
     const bool isNeeded = std::any_of(borrowers_.begin(), borrowers_.end(),
                                       [](const Borrower& borrower) { return borrower.isInUse; });
     // A program that the user has turned to meanwhile keeps the front.
-    if (isNeeded || !lender_ || ![NSApp isActive]) {
+    if (isNeeded || ![NSApp isActive]) {
         return;
     }
     @autoreleasepool {
-        // Where activation is cooperative, the active program has to let the other one have it.
-        if (@available(macOS 14.0, *)) {
-            [NSApp yieldActivationToApplication:lender_.get()];
-            [lender_.get() activateFromApplication:[NSRunningApplication currentApplication] options:0];
-        } else {
-            [lender_.get() activateWithOptions:0];
+        // A copy, since a program that comes to the front changes the order.
+        const auto lenders = lenders_;
+        for (auto lender = lenders.rbegin(); lender != lenders.rend(); ++lender) {
+            if (![lender->get() isTerminated] && makeActive(lender->get())) {
+                return;
+            }
         }
     }
 }

@@ -185,11 +185,14 @@ void ControlRealizer::realize(const Control& control) {
     shown_ = control;
 }
 
-// An empty name would silence the control's own.
+// An empty name would silence the control's own. Assistive technology finds the cell of a control that has
+// one, and else the control.
 void ControlRealizer::setName(const std::string& name) {
     if (name != name_) {
         name_ = name;
-        [view_.get() setAccessibilityLabel:name.empty() ? nil : makeString(name).get()];
+        const auto label = name.empty() ? ObjCHandle<NSString*>() : makeString(name);
+        [view_.get() setAccessibilityLabel:label.get()];
+        [[view_.get() cell] setAccessibilityLabel:label.get()];
     }
 }
 

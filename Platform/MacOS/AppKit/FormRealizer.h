@@ -28,12 +28,14 @@ public:
     /// Null when there is no control of that id.
     [[nodiscard]] NSControl* view(const std::string& controlId) const;
 
-    /// The first control that a person may use; the superview when there is none.
+    /// The first control that a person may use: no label, enabled and not hidden. The superview when there is
+    /// none.
     [[nodiscard]] NSView* firstUsable() const;
 
 private:
     struct Entry {
         ControlKind kind = ControlKind::label;
+        bool isUsable = false;
         std::unique_ptr<ControlRealizer> realizer;
     };
 

@@ -27,7 +27,7 @@ NSControl* FormRealizer::view(const std::string& controlId) const {
 
 NSView* FormRealizer::firstUsable() const {
     const auto found = std::find_if(order_.begin(), order_.end(), [this](const std::string& controlId) {
-        return entries_.at(controlId).kind != ControlKind::label;
+        return entries_.at(controlId).isUsable;
     });
     return found == order_.end() ? view_.get() : view(*found);
 }
@@ -42,6 +42,7 @@ void FormRealizer::removeAllBut(const Form& form) {
 
 ControlRealizer& FormRealizer::realizerFor(const Control& control) {
     Entry& entry = entries_[control.id];
+    entry.isUsable = control.kind != ControlKind::label && control.isEnabled && !control.isHidden;
     if (!entry.realizer) {
         entry.kind = control.kind;
         entry.realizer =

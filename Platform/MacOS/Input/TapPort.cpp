@@ -47,7 +47,9 @@ std::shared_ptr<TapPort> TapPort::make(std::shared_ptr<TapContext> context) {
 }
 
 bool TapPort::canBeMade(const EventTapRequest& request) {
-    const auto port = createTap(request, &passEventOn, nullptr);
+    EventTapRequest trial = request;
+    trial.eventMask = 1ULL << kCGEventFlagsChanged;
+    const auto port = createTap(trial, &passEventOn, nullptr);
     if (port) {
         CFMachPortInvalidate(port.get());
     }

@@ -15,7 +15,9 @@ public:
     /// Null while the system refuses.
     [[nodiscard]] static std::shared_ptr<TapPort> make(std::shared_ptr<TapContext> context);
 
-    /// Whether the system would make such a tap now. It makes one, for as long as it takes to remove it.
+    /// Whether the system would make such a tap now. It makes one, for as long as it takes to remove it,
+    /// which hears of modifier keys alone, whatever the request wants: an event that came to it meanwhile
+    /// might go with it, and a release of the button must not.
     [[nodiscard]] static bool canBeMade(const EventTapRequest& request);
 
     TapPort(const TapPort&) = delete;

@@ -2,12 +2,22 @@
 
 #include "Platform/MacOS/Logging/OsLog.h"
 
+#include <cxxabi.h>
 #include <exception>
 #include <string>
+#include <typeinfo>
 
 namespace tarvex {
 
 namespace {
+
+// Null for one that is thrown by another language in a way of its own. What Objective-C throws on a Mac has a
+// type with the name of its class.
+std::string describePresentType() {
+    const std::type_info* const type = abi::__cxa_current_exception_type();
+    return type == nullptr ? "an exception of an unknown type"
+                           : std::string("an exception of the type ") + type->name();
+}
 
 std::string describePresentException() {
     try {
@@ -15,7 +25,7 @@ std::string describePresentException() {
     } catch (const std::exception& exception) {
         return exception.what();
     } catch (...) {
-        return "an exception of an unknown type";
+        return describePresentType();
     }
 }
 

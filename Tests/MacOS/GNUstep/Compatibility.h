@@ -23,12 +23,24 @@
 
 /// Another program. One is in front from the start while this one is not.
 @interface TarvexTestRunningApplication : NSRunningApplication {
+    NSString* identifier_;
     int activations_;
+    int requests_;
+    BOOL refuses_;
+    BOOL isTerminated_;
 }
+/// @param identifier a constant; no program has one from the start
++ (TarvexTestRunningApplication*)newWithIdentifier:(NSString*)identifier;
 /// How often this program made another one active.
 + (int)activations;
 /// How often it was this one.
 - (int)activations;
+/// How often this program asked for it, whatever came of it.
+- (int)requests;
+/// From now on the system does not let it come to the front.
+- (void)refuse;
+/// It ends.
+- (void)quit;
 /// The user turns to it.
 - (void)comeToFront;
 @end

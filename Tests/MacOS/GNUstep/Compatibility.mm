@@ -13,7 +13,7 @@ using tarvex::test::replaceMethod;
 
 namespace {
 
-/// What is remembered of a view or a window that has no room for it.
+/// What is remembered of a view, a cell or a window that has no room for it.
 struct Remembered {
     ObjCHandle<id> layer;
     ObjCHandle<id> accessibilityLabel;
@@ -35,6 +35,7 @@ std::map<const void*, Remembered>& rememberedObjects() {
 
 void (*deallocView)(id, SEL) = nullptr;
 void (*deallocWindow)(id, SEL) = nullptr;
+void (*deallocCell)(id, SEL) = nullptr;
 
 void forgetAndDeallocView(id view, SEL selector) {
     rememberedObjects().erase(static_cast<const void*>(view));
@@ -46,11 +47,17 @@ void forgetAndDeallocWindow(id window, SEL selector) {
     deallocWindow(window, selector);
 }
 
+void forgetAndDeallocCell(id cell, SEL selector) {
+    rememberedObjects().erase(static_cast<const void*>(cell));
+    deallocCell(cell, selector);
+}
+
 /// Until the object's end.
 Remembered& rememberedOf(id object) {
     static const bool forgets = [] {
         deallocView = replaceMethod([NSView class], @selector(dealloc), &forgetAndDeallocView);
         deallocWindow = replaceMethod([NSWindow class], @selector(dealloc), &forgetAndDeallocWindow);
+        deallocCell = replaceMethod([NSCell class], @selector(dealloc), &forgetAndDeallocCell);
         return true;
     }();
     static_cast<void>(forgets);
@@ -198,6 +205,22 @@ const CGFloat NSFontWeightBlack = 0.62;
 
 - (NSString*)accessibilityValue {
     return [self stringValue];
+}
+
+@end
+
+@implementation NSCell (TarvexCompatibility)
+
+- (id)accessibilityValue {
+    return [self stringValue];
+}
+
+- (void)setAccessibilityLabel:(NSString*)label {
+    rememberedOf(self).accessibilityLabel = ObjCHandle<id>::share(label);
+}
+
+- (NSString*)accessibilityLabel {
+    return rememberedOf(self).accessibilityLabel.get();
 }
 
 @end

@@ -97,12 +97,38 @@ NSString* const NSWorkspaceApplicationKey = @"NSWorkspaceApplicationKey";
 
 @implementation TarvexTestRunningApplication
 
++ (TarvexTestRunningApplication*)newWithIdentifier:(NSString*)identifier {
+    TarvexTestRunningApplication* const application = [[self alloc] init];
+    application->identifier_ = identifier;
+    return application;
+}
+
 + (int)activations {
     return activationCount;
 }
 
 - (int)activations {
     return activations_;
+}
+
+- (int)requests {
+    return requests_;
+}
+
+- (void)refuse {
+    refuses_ = YES;
+}
+
+- (void)quit {
+    isTerminated_ = YES;
+}
+
+- (BOOL)isTerminated {
+    return isTerminated_;
+}
+
+- (NSString*)bundleIdentifier {
+    return identifier_;
 }
 
 - (void)comeToFront {
@@ -122,7 +148,9 @@ NSString* const NSWorkspaceApplicationKey = @"NSWorkspaceApplicationKey";
 - (BOOL)activateFromApplication:(NSRunningApplication*)application
                         options:(NSApplicationActivationOptions)options {
     static_cast<void>(options);
-    if (yieldedTo != self || application != [NSRunningApplication currentApplication]) {
+    ++requests_;
+    if (refuses_ || isTerminated_ || yieldedTo != self ||
+        application != [NSRunningApplication currentApplication]) {
         return NO;
     }
     yieldedTo = nil;

@@ -96,6 +96,18 @@ TEST_F(FormKeyboardTest, WindowDoesNotArrangeItsControlsItself) {
     EXPECT_EQ([native_ initialFirstResponder], [[[native_ contentView] subviews] objectAtIndex:1]);
 }
 
+TEST_F(FormKeyboardTest, ControlThatNobodyMayUseIsNotTheFirst) {
+    owner_.control("low").isEnabled = false;
+    owner_.control("high").isHidden = true;
+    window_->setNeedsLayout();
+    endTurn();
+    EXPECT_EQ([native_ initialFirstResponder], [[[native_ contentView] subviews] objectAtIndex:3]);
+    owner_.control("low").isEnabled = true;
+    window_->setNeedsLayout();
+    endTurn();
+    EXPECT_EQ([native_ initialFirstResponder], [[[native_ contentView] subviews] objectAtIndex:1]);
+}
+
 TEST_F(FormKeyboardTest, FirstClickOnAButtonOnlyActivates) {
     NSView* const button = [[[native_ contentView] subviews] objectAtIndex:1];
     EXPECT_FALSE([button acceptsFirstMouse:mouseEvent(NSLeftMouseDown, native_, {65, 35})]);

@@ -22,9 +22,20 @@ enum NSCellImagePosition : NSUInteger {
 @interface NSCell : NSObject
 - (void)setWraps:(BOOL)wraps;
 - (void)setLineBreakMode:(NSLineBreakMode)mode;
+- (NSView*)controlView;
+- (void)setControlView:(NSView*)view;
+- (id)accessibilityValue;
+- (void)setAccessibilityLabel:(NSString*)label;
+@end
+
+@interface NSActionCell : NSCell
+@end
+
+@interface NSTextFieldCell : NSActionCell
 @end
 
 @interface NSControl : NSView
++ (Class)cellClass;
 - (void)setTarget:(id)target;
 - (void)setAction:(SEL)action;
 - (void)setEnabled:(BOOL)enabled;

@@ -171,6 +171,8 @@ typedef NSUInteger NSApplicationActivationOptions;
 
 @interface NSRunningApplication : NSObject
 + (NSRunningApplication*)currentApplication;
+- (NSString*)bundleIdentifier;
+- (BOOL)isTerminated;
 - (BOOL)activateWithOptions:(NSApplicationActivationOptions)options;
 - (BOOL)activateFromApplication:(NSRunningApplication*)application
                         options:(NSApplicationActivationOptions)options

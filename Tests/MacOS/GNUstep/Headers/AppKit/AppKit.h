@@ -65,6 +65,13 @@ extern const CGFloat NSFontWeightBlack;
 - (NSString*)accessibilityValue;
 @end
 
+/// What assistive technology is shown of a control that has one.
+@interface NSCell (TarvexCompatibility)
+- (id)accessibilityValue;
+- (void)setAccessibilityLabel:(NSString*)label;
+- (NSString*)accessibilityLabel;
+@end
+
 @interface NSWindow (TarvexCompatibility)
 - (void)setAnimationBehavior:(NSWindowAnimationBehavior)behavior;
 - (NSWindowAnimationBehavior)animationBehavior;
