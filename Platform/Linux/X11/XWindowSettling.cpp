@@ -244,10 +244,15 @@ void XWindowSettling::look() {
     case XPlacement::Outcome::astray:
         if (isTile(now->geometry.visibleFrame())) {
             untile(*now);
+        } else if (!now->managerTellsBorders) {
+            // kwin, alone among those that say nothing of borders, has tiles of any size, which it keeps
+            // windows in that are dragged with Shift. One that stays there a second time is in such a tile.
+            current_->isLookedAt = std::exchange(current_->isAskedTwice, true);
         }
         break;
     }
     place(*now);
+    awaitAnswer(*now);
 }
 
 void XWindowSettling::untile(const XWindowSituation& now) {

@@ -74,6 +74,7 @@ private:
         bool isAnswered = false;
         std::unique_ptr<Timer> look;
         bool isLookedAt = false;
+        bool isAskedTwice = false;
         bool isChanged = false;
         /// The window may just have been tiled.
         bool isSuspect = false;
