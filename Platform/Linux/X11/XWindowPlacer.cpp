@@ -41,10 +41,7 @@ std::int32_t XWindowPlacer::prepare(xcb_window_t window, const std::optional<XWi
     XWindowRequest request;
     request.window = window;
     request.watch = std::make_unique<XWindowWatch>(*connection_, window);
-    // Asked for together with all the rest.
-    const auto hints = requestPropertyWords(*connection_, window, XCB_ATOM_WM_NORMAL_HINTS);
     request.situation = steering_.read(window);
-    request.limits = XSizeLimits(takePropertyWords(*connection_, hints).words);
     request.watch->keepEarlierEvents();
     request.atFirst = atFirst;
     const std::int32_t error = request.situation.geometry.error;

@@ -34,7 +34,7 @@ XWindowSettling::XWindowSettling(XConnection& connection, XEventPump& pump, XWin
 
 void XWindowSettling::start(XWindowRequest request) {
     current_ = std::make_unique<Current>();
-    current_->placement = XPlacement(request.target, request.limits);
+    current_->placement = XPlacement(request.target, request.situation.limits);
     current_->request = std::move(request);
     current_->start = Clock::now();
     send();
@@ -286,7 +286,7 @@ bool XWindowSettling::prepareAgain(const XWindowSituation& now) {
 }
 
 bool XWindowSettling::isTile(const PixelRect& frame) const {
-    const XSizeLimits::Extent steps = current_->request.limits.steps();
+    const XSizeLimits::Extent steps = current_->request.situation.limits.steps();
     return XTileAreas(*connection_).isTile(frame, {steps.width, steps.height});
 }
 

@@ -6,7 +6,6 @@
 #include "Platform/Linux/X11/WindowManagerEcho.h"
 #include "Platform/Linux/X11/XEventPump.h"
 #include "Platform/Linux/X11/XPlacement.h"
-#include "Platform/Linux/X11/XSizeLimits.h"
 #include "Platform/Linux/X11/XWindowSteering.h"
 
 #include <chrono>
@@ -28,7 +27,6 @@ struct XWindowRequest {
     /// Older than the situation, so that no change goes by unseen.
     std::unique_ptr<XWindowWatch> watch;
     XWindowSituation situation;
-    XSizeLimits limits;
     std::optional<XWindowRecord> atFirst;
     XWindowTarget target;
 };

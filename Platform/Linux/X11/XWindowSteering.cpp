@@ -63,7 +63,9 @@ XWindowSituation XWindowSteering::read(xcb_window_t window) {
     const XPropertyWords supported = takePropertyWords(*connection_, supportedCookie);
     const auto root = connection_->take(xcb_get_window_attributes_reply, rootCookie);
     const auto pointer = connection_->take(xcb_query_pointer_reply, pointerCookie);
-    situation.gravity = gravityOf(takePropertyWords(*connection_, hintsCookie).words);
+    const XPropertyWords hints = takePropertyWords(*connection_, hintsCookie);
+    situation.gravity = gravityOf(hints.words);
+    situation.limits = XSizeLimits(hints.words);
 
     situation.hasManager = hasWindowManager(root);
     situation.managerPlacesWindows = situation.hasManager && isAmong(supported.words, atoms_.moveResize);

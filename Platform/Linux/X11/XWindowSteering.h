@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Linux/X11/XConnection.h"
+#include "Platform/Linux/X11/XSizeLimits.h"
 #include "Platform/Linux/X11/XWindowGeometry.h"
 
 #include <array>
@@ -22,6 +23,7 @@ struct XWindowSituation {
     bool isButtonDown = false;
     /// By which the window manager takes the place that the window itself asks for (WM_NORMAL_HINTS).
     std::uint32_t gravity = XCB_GRAVITY_NORTH_WEST;
+    XSizeLimits limits;
 };
 
 /// A visible frame asked for, in pixels of the root window; what is absent stays as it is.
