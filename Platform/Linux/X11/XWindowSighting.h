@@ -3,6 +3,7 @@
 #include "Platform/Linux/X11/XConnection.h"
 #include "Platform/Linux/X11/XWindowGeometry.h"
 
+#include <optional>
 #include <unordered_map>
 #include <vector>
 

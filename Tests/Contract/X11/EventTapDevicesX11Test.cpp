@@ -12,6 +12,7 @@ namespace tarvex::contract {
 namespace {
 
 constexpr std::uint8_t synthesisingDevice = 4; // the server's own device for synthesised input
+constexpr std::uint8_t mouseDevice = 6;        // its only mouse
 
 class EventTapDevicesX11 : public EventTapTest {
 protected:
@@ -35,12 +36,14 @@ protected:
         } const change{{XCB_INPUT_HIERARCHY_CHANGE_TYPE_ADD_MASTER, sizeof(change) / 4, 4, 1, 1},
                        {'s', 'e', 'a', 't'}};
 
+        changeHierarchy(reinterpret_cast<const xcb_input_hierarchy_change_t&>(change));
+    }
+
+    void changeHierarchy(const xcb_input_hierarchy_change_t& change) {
         // Its first request must tell the server which version it speaks.
         xcb_input_xi_query_version(other_.connection(), 2, 2);
         const test::Owned<xcb_generic_error_t> error(xcb_request_check(
-            other_.connection(),
-            xcb_input_xi_change_hierarchy_checked(
-                other_.connection(), 1, reinterpret_cast<const xcb_input_hierarchy_change_t*>(&change))));
+            other_.connection(), xcb_input_xi_change_hierarchy_checked(other_.connection(), 1, &change)));
         ASSERT_EQ(error, nullptr) << "error " << int{error->error_code};
     }
 
@@ -63,7 +66,7 @@ protected:
         const test::Owned<xcb_generic_error_t> error(xcb_request_check(
             other_.connection(),
             xcb_test_fake_input_checked(other_.connection(), static_cast<std::uint8_t>(type), 1,
-                                        XCB_CURRENT_TIME, XCB_NONE, 0, 0, mouseDevice_)));
+                                        XCB_CURRENT_TIME, XCB_NONE, 0, 0, mouseDevice)));
         ASSERT_EQ(error, nullptr) << "error " << int{error->error_code};
         other_.sync();
         adapters_.catchUp();
@@ -72,9 +75,6 @@ protected:
     void pressMouse() { fakeOnMouse(true); }
 
     void releaseMouse() { fakeOnMouse(false); }
-
-private:
-    static constexpr std::uint8_t mouseDevice_ = 6;
 };
 
 TEST_F(EventTapTwoDevicesX11, ClickOfAnotherDeviceDoesNotEndTheDrag) {
@@ -110,16 +110,9 @@ TEST_F(EventTapTwoDevicesX11, DeviceThatGoesWithItsButtonDownEndsTheDrag) {
     install();
     pressMouse();
 
-    struct {
-        xcb_input_detach_slave_t head;
-    } const change{{XCB_INPUT_HIERARCHY_CHANGE_TYPE_DETACH_SLAVE, sizeof(change) / 4, 6, {}}};
-
-    xcb_input_xi_query_version(other_.connection(), 2, 2);
-    const test::Owned<xcb_generic_error_t> error(xcb_request_check(
-        other_.connection(),
-        xcb_input_xi_change_hierarchy_checked(
-            other_.connection(), 1, reinterpret_cast<const xcb_input_hierarchy_change_t*>(&change))));
-    ASSERT_EQ(error, nullptr) << "error " << int{error->error_code};
+    const xcb_input_detach_slave_t change{
+        XCB_INPUT_HIERARCHY_CHANGE_TYPE_DETACH_SLAVE, sizeof(change) / 4, mouseDevice, {}};
+    changeHierarchy(reinterpret_cast<const xcb_input_hierarchy_change_t&>(change));
     adapters_.catchUp();
     EXPECT_EQ(types(), click);
     EXPECT_TRUE(seesClickOf(1));

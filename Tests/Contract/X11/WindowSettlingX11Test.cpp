@@ -33,6 +33,15 @@ protected:
                            tile.height - extents.top - extents.bottom});
     }
 
+    /// Places the window in the zone, from where it comes into the tile once, and back.
+    void freeFromTile(test::TestWindow& window) {
+        placePatiently(window, zone);
+        ASSERT_TRUE(comesTo(window.managed(), zone));
+        fillTile(window);
+        ASSERT_TRUE(comesTo(window.managed(), zone));
+        settle();
+    }
+
     /// Returns when that much time has passed since the call, and so since whatever was before it.
     void awaitPassing(std::chrono::milliseconds time) {
         const auto start = std::chrono::steady_clock::now();
@@ -220,11 +229,7 @@ TEST_P(WindowSettlingX11, WindowThatIsElsewhereAfterTheSilenceIsPlacedOnceMore) 
 
 TEST_P(WindowSettlingX11, WindowIsFreedOnceOnly) {
     test::TestWindow window(server_.displayName());
-    placePatiently(window, zone);
-    ASSERT_TRUE(comesTo(window.managed(), zone));
-    fillTile(window);
-    ASSERT_TRUE(comesTo(window.managed(), zone));
-    settle();
+    freeFromTile(window);
     const PixelRect kept{10, 20, 700, 500};
     configure(window, kept);
     settle();
@@ -235,11 +240,7 @@ TEST_P(WindowSettlingX11, WindowIsFreedOnceOnly) {
 
 TEST_P(WindowSettlingX11, WindowThatIsTiledAgainIsLeftThere) {
     test::TestWindow window(server_.displayName());
-    placePatiently(window, zone);
-    ASSERT_TRUE(comesTo(window.managed(), zone));
-    fillTile(window);
-    ASSERT_TRUE(comesTo(window.managed(), zone));
-    settle();
+    freeFromTile(window);
     fillTile(window);
     settle();
     passSilence();
