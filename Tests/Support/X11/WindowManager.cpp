@@ -1,5 +1,7 @@
 #include "Tests/Support/X11/WindowManager.h"
 
+#include <xcb/xcbext.h>
+
 #include <csignal>
 #include <stdexcept>
 
@@ -152,12 +154,39 @@ bool WindowManager::isReady() {
            client_.hasProperty(client_.root(), "_NET_SUPPORTED");
 }
 
+// Whoever is stopped while it holds the server would stop the whole desktop, and the test with it.
 void WindowManager::pause() {
-    process_->signalGroup(SIGSTOP);
+    const Deadline deadline;
+    do {
+        barrier();
+        process_->signalGroup(SIGSTOP);
+        if (isServerFree()) {
+            return;
+        }
+        resume();
+    } while (!deadline.hasPassed());
+    throw std::runtime_error("timed out waiting until the window manager lets go of the server");
 }
 
 void WindowManager::resume() {
     process_->signalGroup(SIGCONT);
+}
+
+bool WindowManager::isServerFree() {
+    // A grab that is on its way is carried out by the second answer.
+    for (int round = 0; round < 2; ++round) {
+        const unsigned sequence = xcb_get_input_focus(client_.connection()).sequence;
+        void* reply = nullptr;
+        const bool isAnswered = client_.waitFor(
+            [&] { return xcb_poll_for_reply(client_.connection(), sequence, &reply, nullptr) != 0; },
+            Deadline(std::chrono::milliseconds(500)));
+        const Owned<void> owned(reply);
+        if (!isAnswered) {
+            xcb_discard_reply(client_.connection(), sequence);
+            return false;
+        }
+    }
+    return true;
 }
 
 void WindowManager::barrier() {

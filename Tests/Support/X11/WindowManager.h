@@ -43,7 +43,8 @@ public:
     /// Starts it again after kill() and waits until it takes part.
     void start();
 
-    /// Makes it as slow as one on a busy computer: from now on it does nothing, until it resumes.
+    /// Makes it as slow as one on a busy computer: once it has handled what came before this call, it does
+    /// nothing until it resumes. It does not hold the server while it pauses.
     void pause();
     void resume();
 
@@ -52,6 +53,8 @@ public:
 
 private:
     [[nodiscard]] bool isReady();
+    /// Whether nobody keeps others from being served by the X server (GrabServer).
+    [[nodiscard]] bool isServerFree();
     [[nodiscard]] bool answers(Deadline deadline);
     [[nodiscard]] bool answersAboutFrames(Deadline deadline);
     [[nodiscard]] bool answersAboutItsOffice(Deadline deadline);
