@@ -29,8 +29,15 @@ std::string formatTimestamp(std::chrono::system_clock::time_point time) {
 FileLogger::FileLogger(std::string path) : file_(std::move(path)) {}
 
 FileLogger& FileLogger::shared() {
-    static const std::shared_ptr<FileLogger> logger(new FileLogger(logFilePath()));
-    return *logger;
+    struct Owner {
+        // The last lines before the end of a process are often the ones that tell why it ended.
+        ~Owner() { logger->queue_.drain(); }
+
+        const std::shared_ptr<FileLogger> logger{new FileLogger(logFilePath())};
+    };
+
+    static const Owner owner;
+    return *owner.logger;
 }
 
 void FileLogger::log(const std::string& message) {

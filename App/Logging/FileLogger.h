@@ -14,7 +14,7 @@ namespace tarvex {
 /// touched on a queue of its own, and a failure costs at most one line.
 class FileLogger final : public MessageLog, public std::enable_shared_from_this<FileLogger> {
 public:
-    /// The one logger, made on first use.
+    /// The one logger, made on first use. At a proper end of the process it still writes what it was given.
     [[nodiscard]] static FileLogger& shared();
 
     /// Appends "[timestamp] message"; the timestamp is that of the call, in local time.

@@ -2,6 +2,7 @@
 
 #include <condition_variable>
 #include <deque>
+#include <future>
 #include <utility>
 
 namespace tarvex {
@@ -40,6 +41,19 @@ void SerialQueue::async(std::function<void()> block) {
         state_->blocks.push_back(std::move(block));
     }
     state_->wake.notify_one();
+}
+
+void SerialQueue::drain() {
+    {
+        const std::lock_guard lock(startMutex_);
+        if (!thread_.joinable()) {
+            return;
+        }
+    }
+    // The block may still be at work on the promise when the wait is over.
+    const auto reached = std::make_shared<std::promise<void>>();
+    async([reached] { reached->set_value(); });
+    reached->get_future().wait();
 }
 
 void SerialQueue::run(const std::shared_ptr<State>& state) {

@@ -24,6 +24,9 @@ public:
     /// std::system_error, and drops the block, when the system grants no thread.
     void async(std::function<void()> block);
 
+    /// Waits until what was submitted before has run. Not to be called from within a block.
+    void drain();
+
 private:
     struct State;
 

@@ -105,6 +105,30 @@ TEST(SerialQueueTest, EndsOnlyWhenEverythingSubmittedHasRun) {
     opener.join();
 }
 
+TEST(SerialQueueTest, DrainedQueueHasRunWhatWasSubmittedAndGoesOn) {
+    int ran = 0;
+    std::promise<void> gate;
+    std::shared_future<void> opened = gate.get_future().share();
+    SerialQueue queue;
+    queue.async([opened] { opened.wait(); });
+    for (int count = 0; count < 100; ++count) {
+        queue.async([&] { ++ran; });
+    }
+    std::thread opener([&] { gate.set_value(); });
+    queue.drain();
+    EXPECT_EQ(ran, 100);
+    queue.async([&] { ++ran; });
+    queue.drain();
+    EXPECT_EQ(ran, 101);
+    opener.join();
+}
+
+TEST(SerialQueueTest, QueueWithoutBlocksIsDrainedAtOnce) {
+    SerialQueue queue;
+    queue.drain();
+    EXPECT_NO_THROW(queue.async([] {}));
+}
+
 TEST(SerialQueueTest, ABlockMaySubmitAnother) {
     std::vector<int> order;
     {
