@@ -11,9 +11,10 @@ namespace {
 XConnection* watched = nullptr;
 
 bool hasServerGone(XConnection& connection) {
-    // A broken connection shows only in reading. What is read is of no interest any more.
-    while (const XcbOwned<xcb_generic_event_t> event{xcb_poll_for_event(connection.get())}) {
-    }
+    // A server that ends takes leave of its clients one by one, and this connection may be the last. It
+    // answers none of them any more, though; one that has dropped the toolkit alone still answers.
+    const XcbOwned<xcb_get_input_focus_reply_t> answer(
+        xcb_get_input_focus_reply(connection.get(), xcb_get_input_focus(connection.get()), nullptr));
     return connection.isBroken();
 }
 
