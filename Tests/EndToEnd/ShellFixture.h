@@ -89,10 +89,12 @@ protected:
     /// Whether somebody has all keys for himself, as a recording or an open menu.
     static bool isKeyboardTaken(Desktop& desktop) {
         xcb_connection_t* const connection = desktop.client.connection();
-        // Both requests reach the server together, so that nobody else comes between them.
+        // Nobody else is to find the keyboard taken by the question.
+        xcb_grab_server(connection);
         const auto cookie = xcb_grab_keyboard(connection, 0, desktop.client.root(), XCB_CURRENT_TIME,
                                               XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
         xcb_ungrab_keyboard(connection, XCB_CURRENT_TIME);
+        xcb_ungrab_server(connection);
         const Owned<xcb_grab_keyboard_reply_t> reply(xcb_grab_keyboard_reply(connection, cookie, nullptr));
         return reply && reply->status == XCB_GRAB_STATUS_ALREADY_GRABBED;
     }
@@ -123,13 +125,13 @@ protected:
     static void awaitGrabbed(Desktop& desktop, std::uint8_t keycode, std::uint16_t modifiers) {
         xcb_connection_t* const connection = desktop.client.connection();
         const auto isTaken = [&] {
+            // Nobody else is to find the combination taken by the question.
+            xcb_grab_server(connection);
             const auto cookie = xcb_grab_key_checked(connection, 0, desktop.client.root(), modifiers, keycode,
                                                      XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+            xcb_ungrab_key(connection, keycode, desktop.client.root(), modifiers);
+            xcb_ungrab_server(connection);
             const Owned<xcb_generic_error_t> error(xcb_request_check(connection, cookie));
-            if (!error) {
-                xcb_ungrab_key(connection, keycode, desktop.client.root(), modifiers);
-                desktop.client.sync();
-            }
             return error != nullptr;
         };
         desktop.client.waitUntil(isTaken, "the combination is taken");
