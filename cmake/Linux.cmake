@@ -2,7 +2,7 @@
 find_package(PkgConfig REQUIRED)
 find_package(Qt6 6.2 REQUIRED COMPONENTS Core Gui Widgets DBus)
 pkg_check_modules(TARVEX_XCB REQUIRED IMPORTED_TARGET
-    xcb xcb-xinput xcb-randr xcb-shape xcb-xfixes xcb-xkb xkbcommon xkbcommon-x11)
+    xcb xcb-xinput xcb-randr xcb-record xcb-shape xcb-xfixes xcb-xkb xkbcommon xkbcommon-x11)
 
 tarvex_library(TarvexLinux FOLDERS Platform/Linux
     LINK TarvexApp TarvexPosix Qt6::Core Qt6::Gui Qt6::Widgets Qt6::DBus PkgConfig::TARVEX_XCB)

@@ -3,7 +3,7 @@
 
 build_packages=(
     build-essential cmake ninja-build pkg-config nlohmann-json3-dev qt6-base-dev libgl-dev
-    libxcb1-dev libxcb-xinput-dev libxcb-randr0-dev libxcb-shape0-dev libxcb-xfixes0-dev
+    libxcb1-dev libxcb-xinput-dev libxcb-randr0-dev libxcb-record0-dev libxcb-shape0-dev libxcb-xfixes0-dev
     libxcb-xkb-dev libxkbcommon-dev libxkbcommon-x11-dev
 )
 demonstration_packages=(

@@ -92,7 +92,7 @@ public:
     /// Asks the user to let this program listen; true when it may already. Does not wait for the answer.
     [[nodiscard]] virtual bool requestListenEventAccess() = 0;
 
-    /// A new tap; null while the platform refuses.
+    /// A new tap; null while the platform refuses. It may be enabled already (Apple, CGEventTapCreate).
     [[nodiscard]] virtual std::unique_ptr<EventTap> createTap(const EventTapRequest& request) = 0;
 
     /// The source of a tap; null when it cannot be made. The tap must outlive it.

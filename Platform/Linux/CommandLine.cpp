@@ -99,9 +99,12 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments, const st
         *flag = true;
         const bool takesValue = argument == "--open-editor";
         const bool hasValue = index + 1 < arguments.size() && !arguments[index + 1].starts_with('-');
-        if (takesValue && hasValue && !(result.editorDisplay = displayNumber(arguments[++index]))) {
-            return exitWith(usageError, "tarvex: '" + arguments[index] +
-                                            "' is no display number\nTry 'tarvex --list-displays'.\n");
+        if (takesValue && hasValue) {
+            result.editorDisplay = displayNumber(arguments[++index]);
+            if (!result.editorDisplay) {
+                return exitWith(usageError, "tarvex: '" + arguments[index] +
+                                                "' is no display number\nTry 'tarvex --list-displays'.\n");
+            }
         }
     }
     return result;

@@ -58,7 +58,7 @@ public:
         : pump(connection),
           monitors(connection, pump),
           struts(connection, pump),
-          pointer(connection, monitors),
+          pointer(connection, monitors, &presses),
           displays(connection, monitors),
           screens(connection, monitors, struts),
           eventTap(connection, pump, pointer, SessionKind::fromEnvironment(), {.mainLoop = &mainLoop}),
@@ -84,6 +84,7 @@ public:
     XEventPump pump;
     MonitorTracker monitors;
     StrutTracker struts;
+    XPressRecord presses;
     XPointer pointer;
     XDisplayPlatform displays;
     XScreenPlatform screens;

@@ -112,8 +112,9 @@ void XViewWindow::open() {
     }
     // Another keyboard may have been plugged in since the last time.
     platform_->modifiers_.invalidate();
-    topmost_.emplace(*platform_->connection_, *platform_->pump_);
-    keyboard_.emplace(*platform_->connection_, *platform_->pump_, platform_->surroundings_.managedWindows);
+    topmost_ = std::make_unique<TopmostKeeper>(*platform_->connection_, *platform_->pump_);
+    keyboard_ = std::make_unique<KeyboardKeeper>(*platform_->connection_, *platform_->pump_,
+                                                 platform_->surroundings_.managedWindows);
     makePicture();
     subscribe();
     surface_->show();
@@ -166,6 +167,7 @@ XViewWindow::Revision XViewWindow::findRevision() const {
 std::vector<XViewWindow::Ground> XViewWindow::findGrounds() const {
     const std::vector<Monitor>& monitors = platform_->monitors_->monitors();
     std::vector<PixelRect> areas;
+    areas.reserve(monitors.size());
     for (const Monitor& monitor : monitors) {
         areas.push_back(monitor.area);
     }

@@ -106,8 +106,8 @@ private:
     std::unique_ptr<ViewSurface> surface_;
     std::unique_ptr<ViewPicture> picture_;
     std::optional<DesktopSnapshot> snapshot_;
-    std::optional<TopmostKeeper> topmost_;
-    std::optional<KeyboardKeeper> keyboard_;
+    std::unique_ptr<TopmostKeeper> topmost_;
+    std::unique_ptr<KeyboardKeeper> keyboard_;
     bool needsDisplay_ = true;
     bool needsNewSurface_ = false;
     std::vector<std::unique_ptr<XEventPump::Subscription>> subscriptions_;

@@ -45,18 +45,18 @@ struct DesktopLayout {
     [[nodiscard]] PixelRect pixelsOfScreenRect(const Rect& rect) const {
         const int left = roundToPixel(rect.minX() + primaryLeft);
         const int right = roundToPixel(rect.maxX() + primaryLeft);
-        const int top_ = roundToPixel(primaryBottom - rect.maxY());
+        const int upper = roundToPixel(primaryBottom - rect.maxY());
         const int bottom = roundToPixel(primaryBottom - rect.minY());
-        return {left, top_, right - left, bottom - top_};
+        return {left, upper, right - left, bottom - upper};
     }
 
     /// The pixels of a rectangle in accessibility space, rounded likewise.
     [[nodiscard]] PixelRect pixelsOfAccessibilityRect(const Rect& rect) const {
         const int left = roundToPixel(rect.minX() + primaryLeft);
         const int right = roundToPixel(rect.maxX() + primaryLeft);
-        const int top_ = roundToPixel(rect.minY() + top);
+        const int upper = roundToPixel(rect.minY() + top);
         const int bottom = roundToPixel(rect.maxY() + top);
-        return {left, top_, right - left, bottom - top_};
+        return {left, upper, right - left, bottom - upper};
     }
 
     [[nodiscard]] Point accessibilityPointOfPixel(int x, int y) const {

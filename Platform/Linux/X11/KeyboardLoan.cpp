@@ -1,6 +1,7 @@
 #include "Platform/Linux/X11/KeyboardLoan.h"
 
 #include <cstddef>
+#include <ranges>
 
 namespace tarvex {
 
@@ -38,9 +39,9 @@ void KeyboardLoan::giveBack(xcb_window_t borrower) {
     if (holder() != borrower) {
         return;
     }
-    for (auto former = formerHolders_.rbegin(); former != formerHolders_.rend(); ++former) {
+    for (const xcb_window_t former : std::views::reverse(formerHolders_)) {
         // The server refuses a window that has gone or is hidden.
-        if (connection_->check(setFocus(*former)) == 0) {
+        if (connection_->check(setFocus(former)) == 0) {
             return;
         }
     }

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <iterator>
+#include <ranges>
 #include <utility>
 
 namespace tarvex {
@@ -66,18 +67,18 @@ void TopmostKeeper::keepOnTop(xcb_window_t window, const PixelRect& frame) {
     const std::vector<Overlapping> overlapping = findOverlapping(window, frame, isNew);
     const XPropertyWords manager = takePropertyWords(*connection_, managerCheck);
     std::optional<xcb_window_t> lowestOfHigher;
-    for (auto other = overlapping.rbegin(); other != overlapping.rend(); ++other) {
+    for (const Overlapping& other : std::views::reverse(overlapping)) {
         const Level level =
-            levelOf(*other, manager.words.empty() ? std::nullopt : std::optional(manager.words.front()));
+            levelOf(other, manager.words.empty() ? std::nullopt : std::optional(manager.words.front()));
         if (level == Level::below) {
-            if (other->isAbove && mayRaise()) {
-                restackBeside(*connection_, window, other->window, XCB_STACK_MODE_ABOVE);
+            if (other.isAbove && mayRaise()) {
+                restackBeside(*connection_, window, other.window, XCB_STACK_MODE_ABOVE);
                 return;
             }
             break;
         }
-        if (level == Level::above && !other->isAbove) {
-            lowestOfHigher = other->window;
+        if (level == Level::above && !other.isAbove) {
+            lowestOfHigher = other.window;
         }
     }
     if (lowestOfHigher) {

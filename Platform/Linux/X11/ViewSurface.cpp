@@ -111,7 +111,8 @@ bool ViewSurface::isBusy() {
 
 void ViewSurface::forgetAnswer() {
     if (pending_) {
-        xcb_discard_reply(connection_->get(), std::exchange(pending_, std::nullopt)->sequence);
+        xcb_discard_reply(connection_->get(), pending_->sequence);
+        pending_.reset();
     }
 }
 

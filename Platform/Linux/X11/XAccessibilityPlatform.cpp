@@ -100,20 +100,25 @@ AccessibilityElementResult XAccessibilityPlatform::copyElementAtPosition(float x
     const DesktopLayout& layout = layout_->layout();
     const int left = static_cast<int>(std::floor(x)) + layout.primaryLeft;
     const int top = static_cast<int>(std::floor(y)) + layout.top;
-    auto found = finder_.deepestWindowAt(left, top);
+    auto sighting = sightingAt(left, top);
+    auto found = sighting ? finder_.deepestWindowIn(sighting->outermost(), left, top)
+                          : finder_.deepestWindowAt(left, top);
+    if (sighting && found.error == XCB_WINDOW) {
+        // It, or a part of it, has closed since.
+        found = finder_.deepestWindowAt(left, top);
+        if (found.windows.size() < 2 || found.windows[1] != sighting->outermost()) {
+            sighting = nullptr;
+        }
+    }
     if (found.windows.empty()) {
         return {found.error, nullptr};
     }
-    const auto sighting = sightingOf(found.windows, left, top);
     return {0, std::make_shared<XWindowElement>(std::move(found.windows), sighting)};
 }
 
-std::shared_ptr<XWindowSighting> XAccessibilityPlatform::sightingOf(const std::vector<xcb_window_t>& path,
-                                                                    int x, int y) const {
-    const auto sighting = pointer_ == nullptr ? nullptr : pointer_->sighting();
-    const bool isPressed = sighting && path.size() > 1 && path[1] == sighting->outermost() &&
-                           pointer_->snapshot().x == x && pointer_->snapshot().y == y;
-    return isPressed ? sighting : nullptr;
+std::shared_ptr<XWindowSighting> XAccessibilityPlatform::sightingAt(int x, int y) const {
+    const bool isPressed = pointer_ != nullptr && pointer_->snapshot().x == x && pointer_->snapshot().y == y;
+    return isPressed ? pointer_->sighting() : nullptr;
 }
 
 AccessibilityValueResult XAccessibilityPlatform::copyAttributeValue(const AccessibilityElementRef& element,

@@ -28,8 +28,8 @@ class XWindowElement;
 /// Other programs' windows, as the X server and the window manager know them. X lets every client steer every
 /// window, so that the process is always trusted. "AXPosition" and "AXSize" belong to what "AXWindow" gives.
 ///
-/// While a press is delivered, the frame of the window that was pressed is the one that it had then: its
-/// window manager may be moving it already.
+/// While a press is delivered, what is found where the pointer was is the window that was pressed, and its
+/// frame is the one that it had then: its window manager may be moving it already.
 ///
 /// A window is put back by writing the frame that was read first while its button is still held. It goes back
 /// to its pixels, wherever the primary monitor is by then.
@@ -55,8 +55,8 @@ public:
 
 private:
     [[nodiscard]] AccessibilityValueResult readFrame(XWindowElement& element, bool wantsPosition);
-    [[nodiscard]] std::shared_ptr<XWindowSighting> sightingOf(const std::vector<xcb_window_t>& path, int x,
-                                                              int y) const;
+    /// The window that is being pressed there; null for none.
+    [[nodiscard]] std::shared_ptr<XWindowSighting> sightingAt(int x, int y) const;
     [[nodiscard]] Point translated(const XWindowElement& element, Point position);
     [[nodiscard]] bool isOnRoot(const PixelRect& frame);
 

@@ -53,11 +53,12 @@ void XEventPump::process(xcb_generic_event_t* (*firstEvent)(xcb_connection_t*)) 
             dispatch(*event);
             event.reset(xcb_poll_for_queued_event(connection_->get()));
         }
+        isTurnDue_ = false;
         call(turnEnd_, {});
         connection_->flush();
         // The work at the end of the turn may have waited for a reply and so taken more events in.
         event.reset(xcb_poll_for_queued_event(connection_->get()));
-    } while (event);
+    } while (event || isTurnDue_);
     isProcessing_ = false;
     if (connection_->isBroken() && connectionLost_) {
         std::exchange(connectionLost_, nullptr)();

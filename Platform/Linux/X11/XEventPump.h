@@ -57,6 +57,10 @@ public:
     /// The same for events that were read before; does not touch the descriptor.
     void processQueued();
 
+    /// For a handler at the end of a turn: another turn follows this one, even when no further event has been
+    /// read meanwhile.
+    void repeatTurn() { isTurnDue_ = true; }
+
     /// The descriptor that becomes readable when events arrive.
     [[nodiscard]] int fileDescriptor() const;
 
@@ -78,6 +82,7 @@ private:
     Registrations turnEnd_;
     std::function<void()> connectionLost_;
     bool isProcessing_ = false;
+    bool isTurnDue_ = false;
 };
 
 } // namespace tarvex

@@ -46,13 +46,8 @@ void XEventTap::setOnRunLoop(bool isOnRunLoop) {
     }
 }
 
-void XEventTap::enable() {
-    isEnabled_ = true;
-    start();
-}
-
 void XEventTap::start() {
-    if (!isOnRunLoop_ || !isEnabled_ || isListening()) {
+    if (!isOnRunLoop_ || isListening()) {
         return;
     }
     subscriptions_ = {
@@ -65,7 +60,9 @@ void XEventTap::start() {
     buttonMap_.invalidate();
     selectModifiers(true);
     selectInput(XCB_INPUT_DEVICE_ALL, XCB_INPUT_XI_EVENT_MASK_HIERARCHY);
-    // What is held already was not seen to be pressed, but its release will be.
+    // Listened to before the pointer is looked at, so that nothing goes by unseen in between. What is held by
+    // then was not seen to be pressed, but its release will be.
+    selectInput(XCB_INPUT_DEVICE_ALL_MASTER, buttonEvents);
     isButtonConfirmed_ = holdsButton(pointer_->refresh());
     setButtonDown(isButtonConfirmed_);
     flags_ = modifierMap_.eventFlags(pointer_->snapshot().mask);
@@ -78,8 +75,6 @@ void XEventTap::stop() {
     }
     subscriptions_ = {};
     isMotionPending_ = false;
-    isMotionPaused_ = false;
-    isSampleDue_ = false;
     paceTimer_.reset();
     selectInput(XCB_INPUT_DEVICE_ALL_MASTER, 0);
     selectInput(XCB_INPUT_DEVICE_ALL, 0);
@@ -100,7 +95,7 @@ void XEventTap::handleInput(const xcb_generic_event_t& event) {
     case XCB_INPUT_RAW_BUTTON_RELEASE: {
         const auto& button = reinterpret_cast<const xcb_input_raw_button_press_event_t&>(event);
         if (buttonMap_.logicalButton(button.detail, button.sourceid) == primaryButton) {
-            handleButton(generic.event_type == XCB_INPUT_RAW_BUTTON_PRESS, button.sourceid);
+            handleButton(generic.event_type == XCB_INPUT_RAW_BUTTON_PRESS, button.sourceid, button.time);
         }
         break;
     }
@@ -140,11 +135,18 @@ void XEventTap::handleMappingChange(const xcb_generic_event_t& event) {
 }
 
 void XEventTap::handleTurnEnd() {
-    if (!std::exchange(isSampleDue_, false) && !isMotionPending_) {
+    const bool isReleaseSuspected = std::exchange(isReleaseSuspected_, false);
+    if (!std::exchange(isSampleDue_, false) && !isMotionPending_ && !isReleaseSuspected) {
         return;
     }
     const bool isReallyDown = takeSnapshot();
     const bool isReleased = isButtonConfirmed_ && !isReallyDown;
+    if (isReleased && !isReleaseSuspected) {
+        // As a rule the release has just been read, behind all that came before it, and takes its turn.
+        isReleaseSuspected_ = true;
+        pump_->repeatTurn();
+        return;
+    }
     isButtonConfirmed_ = isReallyDown;
     if (!isMotionPending_ && !isReleased) {
         resumeMotion();
@@ -158,7 +160,7 @@ void XEventTap::handleTurnEnd() {
         pauseMotion();
         return;
     }
-    // The release went by unseen, or has only just come in and will find the button up.
+    // The release went by unseen.
     setButtonDown(false);
     static_cast<void>(deliver(EventType::leftMouseUp));
 }
@@ -190,18 +192,18 @@ void XEventTap::resumeMotion() {
     }
 }
 
-void XEventTap::handleButton(bool isPress, xcb_input_device_id_t device) {
+void XEventTap::handleButton(bool isPress, xcb_input_device_id_t device, xcb_timestamp_t time) {
     if (!isPress && !isButtonDown_) {
         return;
     }
     if (isPress) {
-        handlePress(device);
+        handlePress(device, time);
     } else {
         handleRelease(device);
     }
 }
 
-void XEventTap::handlePress(xcb_input_device_id_t device) {
+void XEventTap::handlePress(xcb_input_device_id_t device, xcb_timestamp_t time) {
     // The button of a pointer that several devices move is down from the first one's press to the last one's
     // release, and nobody else hears of those in between. Two presses of one device are another matter: a
     // release went by unseen.
@@ -212,7 +214,7 @@ void XEventTap::handlePress(xcb_input_device_id_t device) {
     }
     // Motion is listened to before the pointer is looked at, so that none goes by unseen in between.
     setButtonDown(true);
-    const bool isReallyDown = holdsButton(pointer_->refreshAtPress());
+    const bool isReallyDown = holdsButton(pointer_->refreshAtPress(time));
     if (!pointer_->snapshot().isOnScreen) {
         // Every screen of the server hears of every press.
         isMotionPending_ = false;
@@ -236,7 +238,6 @@ void XEventTap::handleRelease(xcb_input_device_id_t device) {
     if (!deliverPendingMotion()) {
         return;
     }
-    isButtonConfirmed_ = false;
     setButtonDown(false);
     static_cast<void>(deliver(EventType::leftMouseUp));
 }
@@ -267,6 +268,7 @@ void XEventTap::setButtonDown(bool isDown) {
     holders_.clear();
     isMotionPaused_ = false;
     isSampleDue_ = false;
+    isReleaseSuspected_ = false;
     paceTimer_.reset();
     selectInput(XCB_INPUT_DEVICE_ALL_MASTER,
                 isDown ? buttonEvents | XCB_INPUT_XI_EVENT_MASK_RAW_MOTION : buttonEvents);

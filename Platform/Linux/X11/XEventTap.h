@@ -46,9 +46,9 @@ public:
     XEventTap& operator=(XEventTap&&) = delete;
     ~XEventTap() override;
 
-    /// Events are delivered while the tap is on the run loop and enabled.
+    /// Events are delivered while the tap is on the run loop. Waits for the server, so that none is missed
+    /// from then on.
     void setOnRunLoop(bool isOnRunLoop);
-    void enable();
 
 private:
     void start();
@@ -60,8 +60,8 @@ private:
     void handleKeyboard(const xcb_generic_event_t& event);
     void handleMappingChange(const xcb_generic_event_t& event);
     void handleTurnEnd();
-    void handleButton(bool isPress, xcb_input_device_id_t device);
-    void handlePress(xcb_input_device_id_t device);
+    void handleButton(bool isPress, xcb_input_device_id_t device, xcb_timestamp_t time);
+    void handlePress(xcb_input_device_id_t device, xcb_timestamp_t time);
     void handleRelease(xcb_input_device_id_t device);
     void handleModifiers(std::uint32_t modifiers);
 
@@ -95,15 +95,16 @@ private:
     std::shared_ptr<const bool> life_ = std::make_shared<const bool>(true);
     std::uint64_t flags_ = 0;
     bool isOnRunLoop_ = false;
-    bool isEnabled_ = false;
     bool isButtonDown_ = false;
     /// The devices whose presses hold it down, as far as they were seen.
     std::vector<xcb_input_device_id_t> holders_;
-    /// The server's own state has shown the button down since the press. It lags behind the press while
-    /// another client keeps the pointer frozen.
+    /// The server's own state has shown the button down since the press. That is the state of one pointer,
+    /// and the press may be another one's.
     bool isButtonConfirmed_ = false;
     bool isMotionPending_ = false;
     bool isMotionPaused_ = false;
+    /// The server showed the button up, and nobody has told of its release yet.
+    bool isReleaseSuspected_ = false;
     /// The pause is over.
     bool isSampleDue_ = false;
     std::unique_ptr<Timer> paceTimer_;

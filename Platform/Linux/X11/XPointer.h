@@ -3,6 +3,8 @@
 #include "App/Toolkit/PointerPlatform.h"
 #include "Platform/Linux/X11/DesktopLayout.h"
 #include "Platform/Linux/X11/XConnection.h"
+#include "Platform/Linux/X11/XOutermostWindows.h"
+#include "Platform/Linux/X11/XPressRecord.h"
 #include "Platform/Linux/X11/XWindowSighting.h"
 
 #include <cstdint>
@@ -45,31 +47,40 @@ public:
         XPointer* pointer_;
     };
 
-    /// Both must outlive the pointer.
-    XPointer(XConnection& connection, DesktopLayoutProvider& layout);
+    /// All must outlive the pointer.
+    /// @param presses without it, a press is taken to be where the pointer is when the program hears of it
+    XPointer(XConnection& connection, DesktopLayoutProvider& layout, XPressRecord* presses = nullptr);
 
     [[nodiscard]] Point mouseLocation() override;
 
     /// Takes a new snapshot; when the server does not answer, the old one stays.
     const Snapshot& refresh();
 
-    /// The same at the press of a button, and looks at the window below the pointer, as early as can be:
-    /// whoever presses may pull at once. Waits for the server three times at most.
-    const Snapshot& refreshAtPress();
+    /// The same at the press of a button, and looks at the window that was pressed, as early as can be:
+    /// whoever presses may pull at once. A pointer that has gone on since counts as being where it pressed.
+    /// Waits for the server three times, and some more for a pointer that has gone on.
+    /// @param time the server's, of the press
+    const Snapshot& refreshAtPress(xcb_timestamp_t time = XCB_CURRENT_TIME);
 
     /// The window that was pressed, until the press has been delivered; else null. None is pressed on the
-    /// bare desktop.
+    /// bare desktop. It may have left the place of the press by now.
     [[nodiscard]] std::shared_ptr<XWindowSighting> sighting() const { return sighting_; }
 
     /// The last snapshot.
     [[nodiscard]] const Snapshot& snapshot() const { return snapshot_; }
 
 private:
-    /// The child of the root window that the pointer is in, if any.
-    xcb_window_t takeSnapshot();
+    /// Takes a snapshot; the child of the root window that the pointer is in, if any.
+    [[nodiscard]] xcb_window_t lookNow();
+    /// The same, taken back to a press.
+    [[nodiscard]] xcb_window_t lookAtPress(XPressRecord& presses, xcb_timestamp_t time);
+    [[nodiscard]] xcb_query_pointer_cookie_t requestPointer();
+    void keep(const XReply<xcb_query_pointer_reply_t>& pointer);
 
     XConnection* connection_;
     DesktopLayoutProvider* layout_;
+    XPressRecord* presses_;
+    XOutermostWindows outermost_;
     Snapshot snapshot_;
     std::shared_ptr<XWindowSighting> sighting_;
     int holds_ = 0;

@@ -3,8 +3,6 @@
 #include "Platform/Linux/X11/WindowManagerProtocol.h"
 #include "Platform/Linux/X11/XAtoms.h"
 
-#include <xcb/shape.h>
-
 #include <algorithm>
 #include <array>
 #include <limits>
@@ -50,26 +48,10 @@ std::vector<xcb_atom_t> atomsOf(XConnection& connection, const std::array<std::s
     return atoms;
 }
 
-/// Whether the window's input shape has the pixel, which is counted from its top-left corner.
-bool takesPointer(XConnection& connection, xcb_window_t window, int x, int y) {
-    const auto shape =
-        connection.take(xcb_shape_get_rectangles_reply,
-                        xcb_shape_get_rectangles(connection.get(), window, XCB_SHAPE_SK_INPUT));
-    if (!shape) {
-        return false;
-    }
-    const xcb_rectangle_t* const first = xcb_shape_get_rectangles_rectangles(shape.get());
-    return std::any_of(first, first + xcb_shape_get_rectangles_rectangles_length(shape.get()),
-                       [=](const xcb_rectangle_t& rect) {
-                           return x >= rect.x && y >= rect.y && x < rect.x + rect.width &&
-                                  y < rect.y + rect.height;
-                       });
-}
-
 } // namespace
 
 XWindowFinder::XWindowFinder(XConnection& connection, std::vector<XClientResources> ownClients)
-    : connection_(&connection), ownClients_(std::move(ownClients)) {
+    : connection_(&connection), outermost_(connection), ownClients_(std::move(ownClients)) {
     ownClients_.emplace_back(connection.get());
     connection.internAtoms({windowStateName, windowTypeName});
     windowState_ = connection.atom(windowStateName);
@@ -86,69 +68,41 @@ XWindowFinder::Path XWindowFinder::deepestWindowAt(int x, int y) {
     return path;
 }
 
-XWindowFinder::Path XWindowFinder::descendTo(int x, int y) {
-    const xcb_window_t root = connection_->root();
-    Path path{0, {root}};
-    for (int depth = 0; depth < maxDepth; ++depth) {
-        // The server itself looks for the child, and respects the shapes of windows in that.
-        const auto reply =
-            connection_->take(xcb_translate_coordinates_reply,
-                              xcb_translate_coordinates(connection_->get(), root, path.windows.back(),
-                                                        clampToCoordinate(x), clampToCoordinate(y)));
+XWindowFinder::Path XWindowFinder::deepestWindowIn(xcb_window_t outermost, int x, int y) {
+    if (isOwn(outermost)) {
+        return {};
+    }
+    Path path{0, {connection_->root(), outermost}};
+    while (static_cast<int>(path.windows.size()) <= maxDepth) {
+        const auto reply = childAt(path.windows.back(), x, y);
         if (!reply) {
             return {reply.error, {}};
         }
-        const xcb_window_t child = depth == 0 ? behindShield(reply->child, x, y) : reply->child;
-        if (child == XCB_WINDOW_NONE) {
+        if (reply->child == XCB_WINDOW_NONE) {
             break;
         }
-        if (isOwn(child)) {
+        if (isOwn(reply->child)) {
             return {};
         }
-        path.windows.push_back(child);
+        path.windows.push_back(reply->child);
     }
     return path;
 }
 
-xcb_window_t XWindowFinder::behindShield(xcb_window_t child, int x, int y) {
-    if (child == XCB_WINDOW_NONE || isOwn(child) || !isShield(child)) {
-        return child;
+XWindowFinder::Path XWindowFinder::descendTo(int x, int y) {
+    const auto reply = childAt(connection_->root(), x, y);
+    if (!reply) {
+        return {reply.error, {}};
     }
-    std::vector<xcb_window_t> windows = childrenOf({connection_->root()});
-    // They come from the bottom up.
-    windows.erase(std::find(windows.begin(), windows.end(), child), windows.end());
-    const bool hasShapes = connection_->extension(xcb_shape_id) != nullptr;
-    for (auto window = windows.rbegin(); window != windows.rend(); ++window) {
-        xcb_connection_t* const server = connection_->get();
-        const auto attributesCookie = xcb_get_window_attributes(server, *window);
-        const auto geometryCookie = xcb_get_geometry(server, *window);
-        const auto attributes = connection_->take(xcb_get_window_attributes_reply, attributesCookie);
-        const auto geometry = connection_->take(xcb_get_geometry_reply, geometryCookie);
-        if (!attributes || !geometry || attributes->map_state != XCB_MAP_STATE_VIEWABLE ||
-            attributes->_class != XCB_WINDOW_CLASS_INPUT_OUTPUT) {
-            continue;
-        }
-        const int left = x - geometry->x - geometry->border_width;
-        const int top = y - geometry->y - geometry->border_width;
-        if (left < 0 || top < 0 || left >= geometry->width || top >= geometry->height) {
-            continue;
-        }
-        if (!hasShapes || takesPointer(*connection_, *window, left, top)) {
-            return *window;
-        }
-    }
-    return XCB_WINDOW_NONE;
+    const xcb_window_t child = isOwn(reply->child) ? reply->child : outermost_.behind(reply->child, x, y);
+    return child == XCB_WINDOW_NONE ? Path{0, {connection_->root()}} : deepestWindowIn(child, x, y);
 }
 
-bool XWindowFinder::isShield(xcb_window_t child) {
-    const auto attributesCookie = xcb_get_window_attributes(connection_->get(), child);
-    const auto geometryCookie = xcb_get_geometry(connection_->get(), child);
-    const auto attributes = connection_->take(xcb_get_window_attributes_reply, attributesCookie);
-    const auto geometry = connection_->take(xcb_get_geometry_reply, geometryCookie);
-    // Smaller ones are parts of windows, such as the borders that they are resized by.
-    return attributes && geometry && attributes->_class == XCB_WINDOW_CLASS_INPUT_ONLY && geometry->x <= 0 &&
-           geometry->y <= 0 && geometry->x + geometry->width >= connection_->screen().width_in_pixels &&
-           geometry->y + geometry->height >= connection_->screen().height_in_pixels;
+// The server itself looks for the child, and respects the shapes of windows in that.
+XReply<xcb_translate_coordinates_reply_t> XWindowFinder::childAt(xcb_window_t window, int x, int y) {
+    return connection_->take(xcb_translate_coordinates_reply,
+                             xcb_translate_coordinates(connection_->get(), connection_->root(), window,
+                                                       clampToCoordinate(x), clampToCoordinate(y)));
 }
 
 XWindowFinder::Result XWindowFinder::managedWindowOf(xcb_window_t window) {

@@ -2,6 +2,7 @@
 
 #include "Platform/Linux/X11/XClientResources.h"
 #include "Platform/Linux/X11/XConnection.h"
+#include "Platform/Linux/X11/XOutermostWindows.h"
 
 #include <cstdint>
 #include <optional>
@@ -31,10 +32,14 @@ public:
     XWindowFinder(XConnection& connection, std::vector<XClientResources> ownClients);
 
     /// The deepest window at a pixel of the root window; the root itself where there is no other. None over a
-    /// window of this program, unless its input shape lets the pointer through. The shield that a window
-    /// manager may lay over the whole screen while it moves a window is passed over. Looks again when a
-    /// window closes meanwhile; an error when that does not end.
+    /// window of this program, unless its input shape lets the pointer through. What window managers lay
+    /// above windows for the pointer alone is passed over (XOutermostWindows). Looks again when a window
+    /// closes meanwhile; an error when that does not end.
     [[nodiscard]] Path deepestWindowAt(int x, int y);
+
+    /// The same in a child of the root window, which need not be at the pixel any more. An error when a
+    /// window closes meanwhile.
+    [[nodiscard]] Path deepestWindowIn(xcb_window_t outermost, int x, int y);
 
     /// The window that the window manager manages and that the given one is part of, be it the window itself,
     /// an ancestor, or the one inside the window manager's frame. None for desktops, panels, menus and the
@@ -51,9 +56,7 @@ public:
 private:
     /// The error is that of a window that has closed on the way.
     [[nodiscard]] Path descendTo(int x, int y);
-    /// The child of the root window itself, or, if it is a shield, what the user sees below it at the pixel.
-    [[nodiscard]] xcb_window_t behindShield(xcb_window_t child, int x, int y);
-    [[nodiscard]] bool isShield(xcb_window_t child);
+    [[nodiscard]] XReply<xcb_translate_coordinates_reply_t> childAt(xcb_window_t window, int x, int y);
     [[nodiscard]] bool isOwn(xcb_window_t window) const;
     [[nodiscard]] xcb_window_t managedWindowBelow(xcb_window_t frame);
     [[nodiscard]] std::vector<xcb_window_t> childrenOf(const std::vector<xcb_window_t>& windows);
@@ -61,6 +64,7 @@ private:
     [[nodiscard]] bool isMovableType(const std::vector<std::uint32_t>& types) const;
 
     XConnection* connection_;
+    XOutermostWindows outermost_;
     std::vector<XClientResources> ownClients_;
     xcb_atom_t windowState_;
     xcb_atom_t windowType_;

@@ -61,7 +61,7 @@ void XWindowSettling::send() {
     steering_->cancelInteractiveMove(request.window, now);
     if (first && first->states.any() && isExactly(request.target, first->frame)) {
         current_->earlier = first;
-        putBack(now);
+        putBack(now, *first);
         return;
     }
     current_->isRestored = now.geometry.states.isMaximized();
@@ -78,9 +78,8 @@ void XWindowSettling::place(const XWindowSituation& now) {
     steering_->place(current_->request.window, now, target);
 }
 
-void XWindowSettling::putBack(const XWindowSituation& now) {
+void XWindowSettling::putBack(const XWindowSituation& now, const XWindowRecord& earlier) {
     const xcb_window_t window = current_->request.window;
-    const XWindowRecord& earlier = *current_->earlier;
     const XSizeStates& states = now.geometry.states;
     const PixelRect frame = now.geometry.visibleFrame();
     steering_->removeStates(window, now, states.without(earlier.states));
@@ -182,9 +181,9 @@ std::optional<XWindowSituation> XWindowSettling::readToPlace() {
         stop();
         return std::nullopt;
     }
-    if (current_->earlier) {
+    if (const std::optional<XWindowRecord>& earlier = current_->earlier; earlier) {
         if (isRecent()) {
-            putBack(now);
+            putBack(now, *earlier);
         }
         return std::nullopt;
     }

@@ -83,7 +83,7 @@ private:
 
     void send();
     void place(const XWindowSituation& now);
-    void putBack(const XWindowSituation& now);
+    void putBack(const XWindowSituation& now, const XWindowRecord& earlier);
     void awaitAnswer(const XWindowSituation& now);
     void handleAnswer();
     [[nodiscard]] bool isSettling(xcb_window_t window, std::chrono::milliseconds forAtMost);

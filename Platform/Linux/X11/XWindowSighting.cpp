@@ -29,9 +29,12 @@ XWindowSighting::XWindowSighting(XConnection& connection, xcb_window_t outermost
     const auto frameCookie = xcb_get_geometry(connection.get(), outermost);
     XWindowGeometryRequest request(connection, outermost);
     const auto treeCookie = xcb_query_tree(connection.get(), outermost);
+    const auto attributesCookie = xcb_get_window_attributes(connection.get(), outermost);
     frame_ = outlineOf(connection.take(xcb_get_geometry_reply, frameCookie));
     seen_.emplace(outermost, request.take());
     const auto tree = connection.take(xcb_query_tree_reply, treeCookie);
+    const auto attributes = connection.take(xcb_get_window_attributes_reply, attributesCookie);
+    isInputOnly_ = attributes && attributes->_class == XCB_WINDOW_CLASS_INPUT_ONLY;
     if (!frame_ || !tree) {
         return;
     }

@@ -20,6 +20,9 @@ public:
 
     [[nodiscard]] xcb_window_t outermost() const { return outermost_; }
 
+    /// Whether the outermost window is one that nobody sees.
+    [[nodiscard]] bool isInputOnly() const { return isInputOnly_; }
+
     /// The geometry at that moment of a window that is the outermost one or stands in it. One that was not
     /// looked at then is looked at now, once, and taken back by as far as the outermost window has moved
     /// since.
@@ -30,6 +33,7 @@ private:
 
     XConnection* connection_;
     xcb_window_t outermost_;
+    bool isInputOnly_ = false;
     std::optional<PixelRect> frame_;
     std::unordered_map<xcb_window_t, XWindowGeometry> seen_;
 };

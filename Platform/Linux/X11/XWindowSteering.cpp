@@ -31,6 +31,12 @@ std::uint32_t gravityOf(const std::vector<std::uint32_t>& normalHints) {
     return XCB_GRAVITY_NORTH_WEST;
 }
 
+void add(std::optional<int>& value, int summand) {
+    if (value) {
+        *value += summand;
+    }
+}
+
 } // namespace
 
 XWindowSteering::XWindowSteering(XConnection& connection)
@@ -233,12 +239,8 @@ void XWindowSteering::placeDirectly(xcb_window_t window, const XWindowSituation&
     // Without a window manager the place is that of the window's own outer corner.
     if (situation.hasManager) {
         const Shift shift = shiftFor(window, situation, target);
-        if (values[0]) {
-            *values[0] += shift.x;
-        }
-        if (values[1]) {
-            *values[1] += shift.y;
-        }
+        add(values[0], shift.x);
+        add(values[1], shift.y);
         latestDirect_ = {window, target, situation.geometry.visibleFrame(), shift, Clock::now()};
     }
     configure(window, values);

@@ -92,5 +92,7 @@ protected:
 };
 
 inline const std::vector<EventType> click{EventType::leftMouseDown, EventType::leftMouseUp};
+inline const std::vector<EventType> drag{EventType::leftMouseDown, EventType::leftMouseDragged,
+                                         EventType::leftMouseUp};
 
 } // namespace tarvex::contract

@@ -1,5 +1,8 @@
 #include "Tests/Contract/X11/EventTapFixture.h"
 #include "Tests/Support/Simulated/SimulatedMainLoop.h"
+#include "Tests/Support/X11/RequestGate.h"
+
+#include <xcb/xinput.h>
 
 #include <chrono>
 #include <cstddef>
@@ -107,6 +110,57 @@ TEST_F(EventTapPaceX11, ReleaseHandsOnWhatIsDueAtTheNewestPlace) {
     EXPECT_EQ(recorder_.events.size(), 3U);
 }
 
+TEST_F(EventTapPaceX11, KeysThatWereLetGoBeforeTheButtonAreToldOfFirst) {
+    keyboard_.press(test::key::super);
+    moveTo(first);
+    ASSERT_NE(timers(), 0U);
+    recorder_.events.clear();
+    keyboard_.release(test::key::super);
+    mouse_.moveTo(second);
+    mouse_.release();
+    other_.sync();
+    // The program looks at the pointer before it has read any of that.
+    loop_.advance(interval);
+    const Types expected{EventType::leftMouseDragged, EventType::flagsChanged, EventType::leftMouseUp};
+    ASSERT_EQ(types(), expected);
+    EXPECT_EQ(recorder_.events[1].flags, 0U);
+    EXPECT_EQ(recorder_.events[2].flags, 0U);
+}
+
+TEST_F(EventTapPaceX11, DragAfterAReleaseInThePauseBeginsAtOnce) {
+    moveTo(first);
+    mouse_.release();
+    mouse_.press();
+    adapters_.catchUp();
+    recorder_.events.clear();
+    moveTo(second);
+    EXPECT_EQ(types(), Types{EventType::leftMouseDragged});
+    EXPECT_EQ(timers(), 1U);
+}
+
+TEST_F(EventTapPaceX11, ReleaseAtTheEndOfThePauseEndsTheListening) {
+    moveTo(first);
+    mouse_.release();
+    adapters_.awaitServer();
+    // The release is read, but not handled, when the timer fires.
+    loop_.advance(interval);
+    EXPECT_EQ(types(), (Types{EventType::leftMouseDragged, EventType::leftMouseUp}));
+    EXPECT_EQ(timers(), 0U);
+    EXPECT_EQ(eventsDuring([this] { mouse_.glideTo(third, 20); }), 0);
+}
+
+TEST_F(EventTapPaceX11, TapThatBeginsAnewInItsCallbackWithTheButtonUpHasNoPause) {
+    recorder_.onEvent = [this] {
+        paced_.removeSource(*source_);
+        mouse_.release();
+        paced_.addSource(*source_);
+    };
+    moveTo(first);
+    EXPECT_EQ(types(), Types{EventType::leftMouseDragged});
+    EXPECT_EQ(timers(), 0U);
+    EXPECT_EQ(eventsDuring([this] { mouse_.glideTo(third, 20); }), 0);
+}
+
 TEST_F(EventTapPaceX11, ModifierHandsOnWhatIsDueFirst) {
     moveTo(first);
     moveTo(second);
@@ -157,6 +211,43 @@ TEST_F(EventTapPaceX11, TapMayBeDestroyedFromWithinTheCallbackOfTheTimer) {
     mouse_.release();
     adapters_.catchUp();
     EXPECT_EQ(recorder_.events.size(), 2U);
+}
+
+/// The same tap with a gate before the server.
+class EventTapGateX11 : public EventTapTest {
+protected:
+    void SetUp() override {
+        recorder_.pointer = &gated_.pointer;
+        install(paced_);
+        gated_.catchUp();
+    }
+
+    void TearDown() override {
+        gate_.onRequest(0, nullptr);
+        source_.reset();
+        tap_.reset();
+    }
+
+    test::RequestGate gate_{server_};
+    XInputAdapters gated_{gate_.displayName()};
+    SimulatedMainLoop loop_;
+    XEventTapPlatform paced_{*gated_.connection, gated_.pump, gated_.pointer, SessionKind{},
+                             MotionPace{&loop_, std::chrono::hours(1)}};
+};
+
+TEST_F(EventTapGateX11, MotionJustBeforeItIsListenedToAgainIsHandedOn) {
+    mouse_.press();
+    gated_.catchUp();
+    mouse_.moveTo({300, 300});
+    gated_.catchUp();
+    ASSERT_EQ(types(), (Types{EventType::leftMouseDown, EventType::leftMouseDragged}));
+    // The pointer stands still when it is asked for, and moves before the server is told to report motion.
+    gate_.onRequest(gated_.connection->extension(xcb_input_id)->major_opcode, [this] {
+        mouse_.moveTo({400, 350});
+    });
+    loop_.advance(3600);
+    EXPECT_EQ(recorder_.events.size(), 3U);
+    EXPECT_EQ(recorder_.places.back(), (Point{400.5, 1024 - 350.5}));
 }
 
 } // namespace

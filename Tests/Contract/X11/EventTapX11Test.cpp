@@ -123,6 +123,50 @@ TEST_F(EventTapX11, MissedReleaseIsMadeUpForAtTheNextMotion) {
     EXPECT_EQ(types(), click);
 }
 
+TEST_F(EventTapX11, MissedReleaseOfAButtonThatIsDownAtTheStartIsMadeUpFor) {
+    mouse_.press();
+    install();
+    EXPECT_EQ(eventsDuring([this] { mouse_.release(); }), 1); // and lost
+    mouse_.moveTo({300, 300});
+    adapters_.catchUp();
+    EXPECT_EQ(types(), (std::vector<EventType>{EventType::leftMouseDragged, EventType::leftMouseUp}));
+}
+
+TEST_F(EventTapX11, PressAfterAMissedReleaseBeginsAnew) {
+    install();
+    mouse_.press();
+    adapters_.catchUp();
+    EXPECT_EQ(eventsDuring([this] { mouse_.release(); }), 1); // and lost
+    mouse_.press();
+    adapters_.catchUp();
+    mouse_.release();
+    adapters_.catchUp();
+    EXPECT_EQ(types(), (std::vector<EventType>{EventType::leftMouseDown, EventType::leftMouseDown,
+                                               EventType::leftMouseUp}));
+}
+
+TEST_F(EventTapX11, MotionThatIsDueWhenTheTapIsTakenOffTheLoopIsForgotten) {
+    bool isOver = false;
+    // Before the tap's own turn end.
+    const auto earlier = adapters_.pump.subscribeTurnEnd([&] {
+        if (isOver) {
+            adapters_.taps.removeSource(*source_);
+        }
+    });
+    install();
+    mouse_.press();
+    adapters_.catchUp();
+    mouse_.moveTo({300, 300});
+    adapters_.awaitServer();
+    isOver = true;
+    adapters_.pump.processPending();
+    isOver = false;
+    mouse_.release();
+    adapters_.taps.addSource(*source_);
+    adapters_.catchUp();
+    EXPECT_EQ(types(), (std::vector<EventType>{EventType::leftMouseDown}));
+}
+
 TEST_F(EventTapX11, ReleaseSeenWhileOffTheLoopIsForgotten) {
     install();
     mouse_.press();

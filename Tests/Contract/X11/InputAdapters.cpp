@@ -19,7 +19,7 @@ XInputAdapters::XInputAdapters(const std::string& displayName)
     : PumpedConnection(displayName),
       pointer(*connection, layout),
       taps(*connection, pump, pointer, SessionKind{}),
-      accessibility(*connection, pump, layout, {}) {
+      accessibility(*connection, pump, layout, {}, &mainLoop) {
     layout.value = {0, rootHeight, 0};
 }
 

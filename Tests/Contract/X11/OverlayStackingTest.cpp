@@ -3,6 +3,8 @@
 #include "Tests/Contract/X11/OverlayFixture.h"
 
 #include <algorithm>
+#include <optional>
+#include <utility>
 #include <vector>
 
 namespace tarvex::contract {
@@ -182,6 +184,18 @@ TEST(RootEventSelectionX11, PartsThatListenToTheSameDoNotDisturbEachOther) {
                                             XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
     }
     EXPECT_EQ(rootMask(connection), XCB_EVENT_MASK_PROPERTY_CHANGE);
+}
+
+TEST(RootEventSelectionX11, OneOfTwoThatListenToTheVerySameMayEnd) {
+    const test::XServer server(640, 480);
+    PumpedConnection pumped(server.displayName());
+    XConnection& connection = *pumped.connection;
+    std::optional<RootEventSelection> first(std::in_place, connection, XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
+    std::optional<RootEventSelection> second(std::in_place, connection, XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
+    first.reset();
+    EXPECT_EQ(rootMask(connection), XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
+    second.reset();
+    EXPECT_EQ(rootMask(connection), XCB_EVENT_MASK_NO_EVENT);
 }
 
 } // namespace

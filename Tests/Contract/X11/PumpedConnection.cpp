@@ -2,6 +2,7 @@
 
 #include "Tests/Support/X11/Deadline.h"
 
+#include <chrono>
 #include <poll.h>
 #include <stdexcept>
 
@@ -19,9 +20,13 @@ PumpedConnection::PumpedConnection(const std::string& displayName)
     : connection(openOrThrow(displayName)), pump(*connection) {}
 
 bool PumpedConnection::waitUntil(const std::function<bool()>& condition) {
+    using Clock = std::chrono::steady_clock;
     const test::Deadline deadline;
-    for (;;) {
+    for (Clock::time_point before = Clock::now();;) {
         pump.processPending();
+        const Clock::time_point now = Clock::now();
+        mainLoop.advance(std::chrono::duration<double>(now - before).count());
+        before = now;
         if (condition()) {
             return true;
         }

@@ -2,6 +2,7 @@
 
 #include "Platform/Linux/X11/XConnection.h"
 #include "Platform/Linux/X11/XEventPump.h"
+#include "Tests/Support/Simulated/SimulatedMainLoop.h"
 
 #include <functional>
 #include <memory>
@@ -12,12 +13,14 @@ namespace tarvex::contract {
 /// A connection of the program's kind; throws std::runtime_error when there is no such display.
 [[nodiscard]] std::unique_ptr<XConnection> openOrThrow(const std::string& displayName);
 
-/// What adapters under test work with: a connection and its pump, which the test itself keeps going.
+/// What adapters under test work with: a connection, its pump and a main loop, which the test itself keeps
+/// going.
 class PumpedConnection {
 public:
     explicit PumpedConnection(const std::string& displayName);
 
-    /// Handles events until the condition holds; false when the patience ended first.
+    /// Handles events until the condition holds; false when the patience ended first. Meanwhile the main
+    /// loop's clock goes with the real one.
     bool waitUntil(const std::function<bool()>& condition);
 
     /// Returns when the server has dealt with all requests. What it has sent is read, but not handled.
@@ -28,6 +31,7 @@ public:
 
     std::unique_ptr<XConnection> connection;
     XEventPump pump;
+    SimulatedMainLoop mainLoop;
 };
 
 } // namespace tarvex::contract

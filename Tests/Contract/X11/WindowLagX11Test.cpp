@@ -49,6 +49,22 @@ TEST_P(WindowLagX11, WindowIsLookedAtOnceTheSilenceHasPassedSinceTheAnswer) {
     EXPECT_EQ(loop_.timerIntervals().size(), 1U);
 }
 
+TEST_P(WindowLagX11, DragThatItComesToTogetherWithThePlacementEndsWithThat) {
+    test::TestWindow window(server_.displayName());
+    mouse_.moveTo(window.managed().titleBarPoint());
+    manager_.pause();
+    mouse_.press();
+    mouse_.glideTo({500, 500}, 20);
+    mouse_.release();
+    placePatiently(window, zone);
+    manager_.resume();
+    ASSERT_TRUE(adapters_.waitUntil([&] { return !loop_.timerIntervals().empty(); }));
+    settle();
+    passSilence();
+    EXPECT_TRUE(comesTo(window.managed(), zone));
+    EXPECT_TRUE(staysAt(window.managed(), zone));
+}
+
 TEST_P(WindowLagX11, ManyPlacementsInTheMeantimeEndWithTheLast) {
     test::TestWindow window(server_.displayName());
     const AccessibilityElementRef handle = handleOf(window.managed());
