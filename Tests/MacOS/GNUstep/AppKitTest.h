@@ -2,30 +2,24 @@
 
 #include "Core/Geometry.h"
 #include "Platform/MacOS/AppKit/ActivationLoan.h"
+#include "Tests/MacOS/GNUstep/AppKitSession.h"
 #include "Tests/MacOS/GNUstep/Compatibility.h"
 #include "Tests/Support/Simulated/SimulatedMainLoop.h"
 
 #include <gtest/gtest.h>
 
 #import <AppKit/AppKit.h>
-#include <functional>
 #include <string>
 
 namespace tarvex::test {
 
-/// Makes the application object, once, and brings it to the front.
-void startApplication();
-
 /// Hands out every event that has arrived.
 void handOutEvents();
 
-/// Lets the main loop run until the condition holds; false when it does not within ten seconds.
-bool waitUntil(const std::function<bool()>& condition);
-
-/// A test with the application object, and an autorelease pool around it all.
+/// A test in a session that begins before it and ends after it.
 class AppKitTest : public ::testing::Test {
 protected:
-    AppKitTest();
+    AppKitTest() = default;
     AppKitTest(const AppKitTest&) = delete;
     AppKitTest& operator=(const AppKitTest&) = delete;
     AppKitTest(AppKitTest&&) = delete;
@@ -35,10 +29,8 @@ protected:
     /// Everything that was posted is done, and every event that has arrived handed out.
     void endTurn();
 
-    /// The window that was made last.
+    /// The adapters' window that was made last.
     [[nodiscard]] static NSWindow* newestWindow();
-
-    [[nodiscard]] static std::size_t windowCount();
 
     /// Each is an instant after the one before.
     static NSEvent* mouseEvent(NSEventType type, NSWindow* window, const Point& location,
@@ -50,11 +42,13 @@ protected:
     /// Presses and releases the left button there, in the coordinates of the window.
     void click(NSWindow* window, const Point& location);
 
+private:
+    /// Before everything that is to be gone at its end.
+    AppKitSession session_;
+
+protected:
     SimulatedMainLoop loop_;
     ActivationLoan activation_{loop_};
-
-private:
-    NSAutoreleasePool* pool_;
 };
 
 /// What a window was like whenever its picture was handed to the window server.

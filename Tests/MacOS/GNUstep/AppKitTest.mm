@@ -1,7 +1,6 @@
 #include "Tests/MacOS/GNUstep/AppKitTest.h"
 
 #include <array>
-#include <chrono>
 #include <cmath>
 #include <cstdio>
 
@@ -17,21 +16,6 @@ NSTimeInterval nextTimestamp() {
 
 } // namespace
 
-void startApplication() {
-    @autoreleasepool {
-        static const bool isLaunched = [] {
-            // The toolkit's own borders, as on a Mac: there is no window manager.
-            [[NSUserDefaults standardUserDefaults]
-                registerDefaults:[NSDictionary dictionaryWithObject:@"NO"
-                                                             forKey:@"GSBackHandlesWindowDecorations"]];
-            [[TarvexTestApplication sharedApplication] finishLaunching];
-            return true;
-        }();
-        static_cast<void>(isLaunched);
-        [NSApp activateIgnoringOtherApps:YES];
-    }
-}
-
 void handOutEvents() {
     @autoreleasepool {
         while (NSEvent* event = [NSApp nextEventMatchingMask:NSAnyEventMask
@@ -43,27 +27,8 @@ void handOutEvents() {
     }
 }
 
-bool waitUntil(const std::function<bool()>& condition) {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() >= deadline) {
-            return false;
-        }
-        @autoreleasepool {
-            [[NSRunLoop currentRunLoop] runMode:NSDefaultRunLoopMode
-                                     beforeDate:[NSDate dateWithTimeIntervalSinceNow:0.01]];
-        }
-    }
-    return true;
-}
-
-AppKitTest::AppKitTest() : pool_([[NSAutoreleasePool alloc] init]) {
-    startApplication();
-}
-
 AppKitTest::~AppKitTest() {
     endTurn();
-    [pool_ drain];
 }
 
 void AppKitTest::endTurn() {
@@ -74,20 +39,11 @@ void AppKitTest::endTurn() {
 NSWindow* AppKitTest::newestWindow() {
     NSWindow* newest = nil;
     for (NSWindow* window in [NSApp windows]) {
-        if (newest == nil || [window windowNumber] > [newest windowNumber]) {
+        if (isOfAnAdapter(window) && (newest == nil || [window windowNumber] > [newest windowNumber])) {
             newest = window;
         }
     }
     return newest;
-}
-
-std::size_t AppKitTest::windowCount() {
-    std::size_t count = 0;
-    // The list of windows keeps them.
-    @autoreleasepool {
-        count = [[NSApp windows] count];
-    }
-    return count;
 }
 
 NSEvent* AppKitTest::mouseEvent(NSEventType type, NSWindow* window, const Point& location, NSUInteger flags) {

@@ -7,10 +7,10 @@
 
 /// A colour that follows the appearance, as those of a Mac's system do, until it is given an alpha. GNUstep
 /// has none.
-@interface TarvexFollowingColor : NSColor
+@interface TarvexTestFollowingColor : NSColor
 @end
 
-@implementation TarvexFollowingColor
+@implementation TarvexTestFollowingColor
 
 - (NSColor*)colorWithAlphaComponent:(CGFloat)alpha {
     return [NSColor colorWithCalibratedRed:1 green:0 blue:0 alpha:alpha];
@@ -115,7 +115,7 @@ TEST_F(ButtonTest, ButtonThatOutlivesItsControlIsSilent) {
 }
 
 id followingColor(id /*owner*/, SEL /*selector*/) {
-    static NSColor* const color = [[TarvexFollowingColor alloc] init];
+    static NSColor* const color = [[TarvexTestFollowingColor alloc] init];
     return color;
 }
 

@@ -84,17 +84,14 @@ double shownValue(NSView* view) {
 /// GNUstep's windows and controls; another program is there when this one is not active.
 class AppKitFormWindowWorld final : public FormWindowWorld {
 public:
-    AppKitFormWindowWorld() : pool_([[NSAutoreleasePool alloc] init]) { test::startApplication(); }
+    AppKitFormWindowWorld() = default;
 
     AppKitFormWindowWorld(const AppKitFormWindowWorld&) = delete;
     AppKitFormWindowWorld& operator=(const AppKitFormWindowWorld&) = delete;
     AppKitFormWindowWorld(AppKitFormWindowWorld&&) = delete;
     AppKitFormWindowWorld& operator=(AppKitFormWindowWorld&&) = delete;
 
-    ~AppKitFormWindowWorld() override {
-        settle();
-        [pool_ drain];
-    }
+    ~AppKitFormWindowWorld() override { settle(); }
 
     FormWindowPlatform& windows() override { return windows_; }
 
@@ -208,7 +205,7 @@ private:
     static NSWindow* window(const std::string& title) {
         NSWindow* newest = nil;
         for (NSWindow* window in [NSApp windows]) {
-            if (title == [[window title] UTF8String] &&
+            if (test::isOfAnAdapter(window) && title == [[window title] UTF8String] &&
                 (newest == nil || [window windowNumber] > [newest windowNumber])) {
                 newest = window;
             }
@@ -223,7 +220,7 @@ private:
         return place && *place < [views count] ? [views objectAtIndex:*place] : nil;
     }
 
-    NSAutoreleasePool* pool_;
+    test::AppKitSession session_;
     SimulatedMainLoop loop_;
     ActivationLoan activation_{loop_};
     RememberingPlatform windows_{loop_, activation_};

@@ -53,8 +53,7 @@ NSUInteger nativeFlags(std::uint32_t modifiers) {
 /// The adapter over the compatibility layer's monitors, and events as the toolkit hands them out.
 class AppKitKeyMonitorWorld final : public KeyMonitorWorld {
 public:
-    AppKitKeyMonitorWorld() : pool_([[NSAutoreleasePool alloc] init]) {
-        test::startApplication();
+    AppKitKeyMonitorWorld() {
         const NSRect frame = NSMakeRect(50, 50, 200, 100);
         window_ = ObjCHandle<NSWindow*>::adopt([[NSWindow alloc] initWithContentRect:frame
                                                                            styleMask:NSTitledWindowMask
@@ -74,12 +73,7 @@ public:
     AppKitKeyMonitorWorld(AppKitKeyMonitorWorld&&) = delete;
     AppKitKeyMonitorWorld& operator=(AppKitKeyMonitorWorld&&) = delete;
 
-    ~AppKitKeyMonitorWorld() override {
-        [window_.get() close];
-        window_ = {};
-        view_ = {};
-        [pool_ drain];
-    }
+    ~AppKitKeyMonitorWorld() override { [window_.get() close]; }
 
     KeyMonitorPlatform& platform() override { return platform_; }
 
@@ -119,7 +113,7 @@ private:
         }
     }
 
-    NSAutoreleasePool* pool_;
+    test::AppKitSession session_;
     AppKitKeyMonitorPlatform platform_;
     ObjCHandle<NSWindow*> window_;
     ObjCHandle<TarvexKeyCountingView*> view_;

@@ -128,6 +128,19 @@ TEST_F(LifetimeTest, TextGoesThereAndBack) {
     EXPECT_EQ(utf8Of(nil), "");
 }
 
+TEST_F(LifetimeTest, ObjectsOfTheAdaptersAreCounted) {
+    AppKitFormWindowPlatform platform(loop_, activation_);
+    contract::RecordingFormOwner owner;
+    owner.add(ControlKind::pushButton, "button", {10, 10, 90, 30});
+    owner.add(ControlKind::pushButton, "other", {10, 50, 90, 30});
+    auto window = platform.makeFormWindow({"Window", 3, {100, 100}}, owner);
+    EXPECT_EQ(objectsOfAdapters()["TarvexTitledWindow"], 1);
+    EXPECT_EQ(objectsOfAdapters()["TarvexButton"], 2);
+    window.reset();
+    EXPECT_TRUE(waitUntil([] { return objectsOfAdapters().count("TarvexButton") == 0; }));
+    EXPECT_EQ(objectsOfAdapters().count("TarvexTitledWindow"), 0U);
+}
+
 TEST_F(LifetimeTest, OverlayWindowIsGoneAfterItsEnd) {
     AppKitWindowPlatform platform(loop_);
     EXPECT_TRUE(leavesNoWindow([&] {

@@ -23,17 +23,14 @@ std::vector<ShownItem> shownItemsOf(NSMenu* menu) {
 /// asks in their place, when AppKit would.
 class AppKitStatusItemWorld final : public StatusItemWorld {
 public:
-    AppKitStatusItemWorld() : pool_([[NSAutoreleasePool alloc] init]) { test::startApplication(); }
+    AppKitStatusItemWorld() = default;
 
     AppKitStatusItemWorld(const AppKitStatusItemWorld&) = delete;
     AppKitStatusItemWorld& operator=(const AppKitStatusItemWorld&) = delete;
     AppKitStatusItemWorld(AppKitStatusItemWorld&&) = delete;
     AppKitStatusItemWorld& operator=(AppKitStatusItemWorld&&) = delete;
 
-    ~AppKitStatusItemWorld() override {
-        settle();
-        [pool_ drain];
-    }
+    ~AppKitStatusItemWorld() override { settle(); }
 
     StatusBarPlatform& platform() override { return bar_; }
 
@@ -86,7 +83,7 @@ private:
         return menu;
     }
 
-    NSAutoreleasePool* pool_;
+    test::AppKitSession session_;
     AppKitStatusBarPlatform bar_;
     bool isBarSeen_ = true;
 };
