@@ -31,7 +31,7 @@ constexpr std::array<FixedName, 7> fixedNames{{
 struct Wording {
     /// In the order in which they are written.
     std::array<std::pair<std::uint32_t, std::string_view>, 4> modifiers;
-    std::string_view FixedName::*keyName;
+    std::string_view FixedName::*keyName = nullptr;
 };
 
 constexpr Wording symbols{{{{modifier_mask::command, "\u2318"},

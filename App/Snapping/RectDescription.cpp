@@ -39,7 +39,7 @@ std::string describeNumber(double number) {
     }
     // The oldest macOS that the program runs on has no std::to_chars for floating-point numbers.
     for (int digits = 1; digits < mostFractionalDigits; ++digits) {
-        const std::string text = inFixedForm(number, digits);
+        std::string text = inFixedForm(number, digits);
         if (read(text) == number) {
             return text;
         }

@@ -10,7 +10,7 @@ namespace tarvex {
 
 struct LineStyle {
     /// In points.
-    double width;
+    double width = 0;
     Color color;
 };
 

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <iostream>
 #include <memory>
 #include <string>
 
@@ -23,6 +24,9 @@ protected:
     void TearDown() override {
         if (desktop_ && !hasEnded_) {
             desktop_->tarvex.expectCleanExit();
+        }
+        if (desktop_ && HasFailure()) {
+            std::cout << "the log of tarvex:\n" << desktop_->tarvex.log();
         }
     }
 

@@ -157,6 +157,7 @@ TEST_P(Preferences, TitleBarOfThePreferencesIsNeverSnapped) {
     const PixelRect dragged = preferences.requireVisibleFrame();
     drag.drop();
     desktop.keyboard.release(key::super);
+    awaitPointerFree(desktop);
     // Handled after the release of the button.
     useAndExpect(desktop, restoreSize, "restoreWindowSizeOnUnsnap", false);
     desktop.windowManager->barrier();

@@ -99,6 +99,22 @@ protected:
         return reply && reply->status == XCB_GRAB_STATUS_ALREADY_GRABBED;
     }
 
+    /// Waits until nobody has the pointer for himself, as a window manager that moves a window: it lets go
+    /// only after the button.
+    static void awaitPointerFree(Desktop& desktop) {
+        xcb_connection_t* const connection = desktop.client.connection();
+        const auto isFree = [&] {
+            xcb_grab_server(connection);
+            const auto cookie = xcb_grab_pointer(connection, 0, desktop.client.root(), 0, XCB_GRAB_MODE_ASYNC,
+                                                 XCB_GRAB_MODE_ASYNC, XCB_NONE, XCB_NONE, XCB_CURRENT_TIME);
+            xcb_ungrab_pointer(connection, XCB_CURRENT_TIME);
+            xcb_ungrab_server(connection);
+            const Owned<xcb_grab_pointer_reply_t> reply(xcb_grab_pointer_reply(connection, cookie, nullptr));
+            return reply && reply->status == XCB_GRAB_STATUS_SUCCESS;
+        };
+        desktop.client.waitUntil(isFree, "the pointer is free");
+    }
+
     static nlohmann::json config(Desktop& desktop) {
         return nlohmann::json::parse(configText(desktop), nullptr, false);
     }
