@@ -225,7 +225,11 @@ void XWindowSettling::look() {
     if (now->geometry.states.any() || current_->isUntiled) {
         return;
     }
-    switch (current_->placement.outcomeFor(now->geometry)) {
+    const XPlacement::Outcome outcome = current_->placement.outcomeFor(now->geometry);
+    if (outcome == XPlacement::Outcome::kept || outcome == XPlacement::Outcome::astray) {
+        steering_->cancelStuckMove(current_->request.window, *now);
+    }
+    switch (outcome) {
     case XPlacement::Outcome::landed:
         return;
     case XPlacement::Outcome::refused:

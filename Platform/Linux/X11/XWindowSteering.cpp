@@ -86,7 +86,13 @@ bool XWindowSteering::isBorderProperty(xcb_atom_t property) const {
 }
 
 void XWindowSteering::cancelInteractiveMove(xcb_window_t window, const XWindowSituation& situation) {
-    if (situation.isButtonDown && situation.managerCancelsMoves) {
+    if (situation.isButtonDown) {
+        cancelStuckMove(window, situation);
+    }
+}
+
+void XWindowSteering::cancelStuckMove(xcb_window_t window, const XWindowSituation& situation) {
+    if (situation.managerCancelsMoves) {
         sendToWindowManager(*connection_, window, atoms_.interactiveMove,
                             {0, 0, moveCancel, XCB_BUTTON_INDEX_1, sourcePager});
     }

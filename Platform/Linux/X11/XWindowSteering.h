@@ -55,6 +55,9 @@ public:
     /// pointer at the next motion or at the release. Nothing while the first button is up.
     void cancelInteractiveMove(xcb_window_t window, const XWindowSituation& situation);
 
+    /// The same with the button up: a window manager that was busy when it was released may not have noticed.
+    void cancelStuckMove(xcb_window_t window, const XWindowSituation& situation);
+
     /// Takes states away from a window, or gives it some.
     void removeStates(xcb_window_t window, const XWindowSituation& situation, const XSizeStates& states);
     void addStates(xcb_window_t window, const XWindowSituation& situation, const XSizeStates& states);
