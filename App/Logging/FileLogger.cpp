@@ -31,7 +31,13 @@ FileLogger::FileLogger(std::string path) : file_(std::move(path)) {}
 FileLogger& FileLogger::shared() {
     struct Owner {
         // The last lines before the end of a process are often the ones that tell why it ended.
-        ~Owner() { logger->queue_.drain(); }
+        ~Owner() {
+            try {
+                logger->queue_.drain();
+            } catch (const std::exception&) {
+                return;
+            }
+        }
 
         const std::shared_ptr<FileLogger> logger{new FileLogger(logFilePath())};
     };

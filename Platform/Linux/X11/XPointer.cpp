@@ -63,8 +63,11 @@ xcb_window_t XPointer::lookAtPress(XPressRecord& presses, xcb_timestamp_t time) 
     snapshot_.x = place->x;
     snapshot_.y = place->y;
     const PixelPlace placeNow{now->root_x, now->root_y};
-    return *place == placeNow ? there->child
-                              : outermost_.pressedOf({*place, there->child}, {placeNow, now->child});
+    // With the button up it is another pointer that pressed, or the click is over.
+    const bool isHeld = (now->mask & XCB_KEY_BUT_MASK_BUTTON_1) != 0;
+    return *place == placeNow || !isHeld
+               ? there->child
+               : outermost_.pressedOf({*place, there->child}, {placeNow, now->child});
 }
 
 xcb_query_pointer_cookie_t XPointer::requestPointer() {

@@ -58,7 +58,8 @@ public:
 
     /// The same at the press of a button, and looks at the window that was pressed, as early as can be:
     /// whoever presses may pull at once. A pointer that has gone on since counts as being where it pressed.
-    /// Waits for the server three times, and some more for a pointer that has gone on.
+    /// Waits for the server three times, and some more for a pointer that has gone on or a press that is not
+    /// yet recorded.
     /// @param time the server's, of the press
     const Snapshot& refreshAtPress(xcb_timestamp_t time = XCB_CURRENT_TIME);
 

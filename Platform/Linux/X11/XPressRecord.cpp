@@ -16,7 +16,7 @@ namespace {
 /// Of a reply that holds events (RECORD extension, RecordEnableContext).
 constexpr std::uint8_t categoryFromServer = 0;
 
-/// More presses than a hand makes before the first of them is asked for.
+/// More presses than a hand makes before the first of them is asked for, unless it turns the wheel.
 constexpr std::size_t mostKept = 64;
 
 } // namespace
@@ -60,9 +60,10 @@ std::optional<PixelPlace> XPressRecord::placeOfPress(xcb_timestamp_t time) {
 void XPressRecord::read() {
     xcb_connection_t* const server = connection_->get();
     for (bool hasRead = true; hasRead;) {
-        // There are no events; it is this call that reads, without waiting.
+        // The only events are those that every client is told of. When none is left this call reads, without
+        // waiting.
         const XcbOwned<xcb_generic_event_t> event(xcb_poll_for_event(server));
-        hasRead = false;
+        hasRead = event != nullptr;
         void* reply = nullptr;
         xcb_generic_error_t* error = nullptr;
         while (xcb_poll_for_reply(server, sequence_, &reply, &error) != 0 && reply != nullptr) {
