@@ -54,6 +54,9 @@ TEST_P(Press, OnAWindowThatHasFollowedThePointerTakesItAndNotTheOneBelow) {
     TestWindow below(desktop.server.displayName(), options);
     TestWindow window(desktop.server.displayName());
     const PixelRect untouched = below.managed().requireVisibleFrame();
+    const PixelPoint title = window.managed().titleBarPoint();
+    ASSERT_TRUE(title.x >= untouched.x && title.x < untouched.x + untouched.width && title.y >= untouched.y &&
+                title.y < untouched.y + untouched.height);
     desktop.tarvex.process().signal(SIGSTOP);
     Drag drag(desktop, window.managed());
     drag.moveTo({900, 700});
