@@ -1,5 +1,7 @@
 #include "Platform/Linux/X11/KeyboardLoan.h"
 
+#include "Platform/Linux/X11/XClientResources.h"
+
 #include <cstddef>
 #include <ranges>
 
@@ -13,7 +15,9 @@ constexpr std::size_t maxFormerHolders = 16;
 } // namespace
 
 KeyboardLoan::KeyboardLoan(XConnection& connection)
-    : connection_(&connection), formerHolders_{holder().value_or(XCB_INPUT_FOCUS_POINTER_ROOT)} {}
+    : connection_(&connection),
+      managerCheck_(connection.atom("_NET_SUPPORTING_WM_CHECK")),
+      formerHolders_{holder().value_or(XCB_INPUT_FOCUS_POINTER_ROOT)} {}
 
 std::optional<xcb_window_t> KeyboardLoan::holder() {
     const auto focus = connection_->take(xcb_get_input_focus_reply, xcb_get_input_focus(connection_->get()));
@@ -21,7 +25,8 @@ std::optional<xcb_window_t> KeyboardLoan::holder() {
 }
 
 void KeyboardLoan::borrowFrom(xcb_window_t holder) {
-    if (holder == XCB_INPUT_FOCUS_NONE || holder == XCB_INPUT_FOCUS_POINTER_ROOT) {
+    if (holder == XCB_INPUT_FOCUS_NONE || holder == XCB_INPUT_FOCUS_POINTER_ROOT ||
+        isWindowManagers(holder)) {
         return;
     }
     std::erase(formerHolders_, holder);
@@ -45,6 +50,12 @@ void KeyboardLoan::giveBack(xcb_window_t borrower) {
             return;
         }
     }
+}
+
+bool KeyboardLoan::isWindowManagers(xcb_window_t window) {
+    const XPropertyWords manager = readPropertyWords(*connection_, connection_->root(), managerCheck_);
+    return !manager.words.empty() &&
+           XClientResources(connection_->get()).isSameClient(window, manager.words.front());
 }
 
 xcb_void_cookie_t KeyboardLoan::setFocus(xcb_window_t window) {

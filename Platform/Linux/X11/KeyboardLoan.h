@@ -25,7 +25,9 @@ public:
     /// None on a broken connection. Waits for the server.
     [[nodiscard]] std::optional<xcb_window_t> holder();
 
-    /// Has that window be the first that gets the keyboard back. No window leaves it with those before.
+    /// Has that window be the first that gets the keyboard back. No window, or one of the window manager's
+    /// own, which has the keyboard while it finds somebody to give it to, leaves it with those before. Waits
+    /// for the server.
     void borrowFrom(xcb_window_t holder);
 
     /// Gives the keyboard to the window, which must be shown. Does not wait.
@@ -36,9 +38,11 @@ public:
     void giveBack(xcb_window_t borrower);
 
 private:
+    [[nodiscard]] bool isWindowManagers(xcb_window_t window);
     [[nodiscard]] xcb_void_cookie_t setFocus(xcb_window_t window);
 
     XConnection* connection_;
+    xcb_atom_t managerCheck_;
     /// The latest last.
     std::vector<xcb_window_t> formerHolders_;
 };

@@ -65,10 +65,17 @@ protected:
     }
 
     /// Takes the keyboard as a program without manners does.
-    void seize(test::TestWindow& window) {
-        xcb_set_input_focus(window.client().connection(), XCB_INPUT_FOCUS_PARENT, window.id(),
-                            XCB_CURRENT_TIME);
-        window.client().sync();
+    void seize(test::TestWindow& window) { seizeFor(window.client(), window.id()); }
+
+    static void seizeFor(test::XClient& client, xcb_window_t window) {
+        xcb_set_input_focus(client.connection(), XCB_INPUT_FOCUS_PARENT, window, XCB_CURRENT_TIME);
+        client.sync();
+    }
+
+    /// The one that has the keyboard while the window manager finds a window to give it to.
+    xcb_window_t windowManagersOwn() {
+        const auto own = client_.words(client_.root(), "_NET_SUPPORTING_WM_CHECK");
+        return own.empty() ? xcb_window_t{XCB_WINDOW_NONE} : own.front();
     }
 
     /// After everybody has dealt with everything.
@@ -179,6 +186,17 @@ TEST_P(ViewWindowKeyboard, GoesBackToAnEarlierHolderWhenTheLatestHasGone) {
     activate(*later);
     ASSERT_TRUE(adapters_.waitUntil([&] { return focusedWindow(client_) == native(); }));
     later.reset();
+    EXPECT_EQ(finalHolder(), native());
+    window_.reset();
+    EXPECT_EQ(finalHolder(), other_->id());
+}
+
+TEST_P(ViewWindowKeyboard, DoesNotGoBackToAWindowOfTheWindowManager) {
+    ASSERT_TRUE(client_.isViewable(windowManagersOwn()));
+    open();
+    seizeFor(client_, windowManagersOwn());
+    // As is the case already if the window manager was faster.
+    EXPECT_TRUE(adapters_.waitUntil([&] { return focusedWindow(client_) == native(); }));
     EXPECT_EQ(finalHolder(), native());
     window_.reset();
     EXPECT_EQ(finalHolder(), other_->id());
