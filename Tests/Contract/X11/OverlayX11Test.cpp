@@ -94,6 +94,8 @@ TEST_P(OverlayX11, ScreenIsTheSameBeforeAndAfter) {
 TEST_P(OverlayX11, HiddenWindowLeavesNothingOnOtherWindows) {
     test::TestWindowOptions options;
     options.geometry = {150, 250, 300, 200};
+    // No window manager's frame around it, which may be drawn at any later time.
+    options.isOverrideRedirect = true;
     const test::TestWindow application(desktop_->server.displayName(), options);
     desktop_->settle();
     const test::Screenshot before = desktop_->screenshot();
