@@ -104,7 +104,7 @@ AccessibilityElementResult XAccessibilityPlatform::copyElementAtPosition(float x
     auto found = sighting ? finder_.deepestWindowIn(sighting->outermost(), left, top)
                           : finder_.deepestWindowAt(left, top);
     if (sighting && found.error == XCB_WINDOW) {
-        // It, or a part of it, has closed since.
+        // It has closed since.
         found = finder_.deepestWindowAt(left, top);
         if (found.windows.size() < 2 || found.windows[1] != sighting->outermost()) {
             sighting = nullptr;

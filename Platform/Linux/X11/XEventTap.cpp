@@ -58,6 +58,7 @@ void XEventTap::start() {
         pump_->subscribeTurnEnd([this] { handleTurnEnd(); })};
     modifierMap_.invalidate();
     buttonMap_.invalidate();
+    pointer_->beginPresses();
     selectModifiers(true);
     selectInput(XCB_INPUT_DEVICE_ALL, XCB_INPUT_XI_EVENT_MASK_HIERARCHY);
     // Listened to before the pointer is looked at, so that nothing goes by unseen in between. What is held by
@@ -79,6 +80,7 @@ void XEventTap::stop() {
     selectInput(XCB_INPUT_DEVICE_ALL_MASTER, 0);
     selectInput(XCB_INPUT_DEVICE_ALL, 0);
     selectModifiers(false);
+    pointer_->endPresses();
     connection_->flush();
 }
 
@@ -94,8 +96,11 @@ void XEventTap::handleInput(const xcb_generic_event_t& event) {
     case XCB_INPUT_RAW_BUTTON_PRESS:
     case XCB_INPUT_RAW_BUTTON_RELEASE: {
         const auto& button = reinterpret_cast<const xcb_input_raw_button_press_event_t&>(event);
+        const bool isPress = generic.event_type == XCB_INPUT_RAW_BUTTON_PRESS;
         if (buttonMap_.logicalButton(button.detail, button.sourceid) == primaryButton) {
-            handleButton(generic.event_type == XCB_INPUT_RAW_BUTTON_PRESS, button.sourceid, button.time);
+            handleButton(isPress, button.sourceid, button.time);
+        } else if (isPress) {
+            pointer_->passOverPress(button.time);
         }
         break;
     }
@@ -209,11 +214,14 @@ void XEventTap::handlePress(xcb_input_device_id_t device, xcb_timestamp_t time) 
     // release went by unseen.
     const bool isHeldHere = std::find(holders_.begin(), holders_.end(), device) != holders_.end();
     if (!holders_.empty() && !isHeldHere) {
+        pointer_->passOverPress(time);
         holders_.push_back(device);
         return;
     }
     // Motion is listened to before the pointer is looked at, so that none goes by unseen in between.
     setButtonDown(true);
+    // Motion that is delivered first must not end the snapshot of the press.
+    const XPointer::Hold hold(*pointer_);
     const bool isReallyDown = holdsButton(pointer_->refreshAtPress(time));
     if (!pointer_->snapshot().isOnScreen) {
         // Every screen of the server hears of every press.

@@ -34,6 +34,24 @@ const XPointer::Snapshot& XPointer::refreshAtPress(xcb_timestamp_t time) {
     return snapshot_;
 }
 
+void XPointer::beginPresses() {
+    if (presses_ != nullptr) {
+        presses_->begin();
+    }
+}
+
+void XPointer::endPresses() {
+    if (presses_ != nullptr) {
+        presses_->end();
+    }
+}
+
+void XPointer::passOverPress(xcb_timestamp_t time) {
+    if (presses_ != nullptr) {
+        presses_->passOver(time);
+    }
+}
+
 xcb_window_t XPointer::lookNow() {
     const auto reply = connection_->take(xcb_query_pointer_reply, requestPointer());
     keep(reply);

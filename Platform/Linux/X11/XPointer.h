@@ -63,6 +63,13 @@ public:
     /// @param time the server's, of the press
     const Snapshot& refreshAtPress(xcb_timestamp_t time = XCB_CURRENT_TIME);
 
+    /// Before the first of the presses that are heard of one by one, and after the last.
+    void beginPresses();
+    void endPresses();
+
+    /// In place of refreshAtPress(), for a press that concerns nobody.
+    void passOverPress(xcb_timestamp_t time);
+
     /// The window that was pressed, until the press has been delivered; else null. None is pressed on the
     /// bare desktop. It may have left the place of the press by now.
     [[nodiscard]] std::shared_ptr<XWindowSighting> sighting() const { return sighting_; }

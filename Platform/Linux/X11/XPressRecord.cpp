@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <cstring>
 #include <iterator>
+#include <utility>
 
 namespace tarvex {
 
@@ -21,13 +22,24 @@ constexpr std::size_t mostKept = 64;
 
 } // namespace
 
-XPressRecord::XPressRecord(const std::string& displayName) : connection_(XConnection::open(displayName)) {
-    if (connection_ && !begin()) {
+XPressRecord::XPressRecord(std::string displayName) : displayName_(std::move(displayName)) {}
+
+void XPressRecord::begin() {
+    if (connection_) {
+        return;
+    }
+    connection_ = XConnection::open(displayName_);
+    if (connection_ && !enable()) {
         connection_.reset();
     }
 }
 
-bool XPressRecord::begin() {
+void XPressRecord::end() {
+    connection_.reset();
+    presses_.clear();
+}
+
+bool XPressRecord::enable() {
     xcb_connection_t* const server = connection_->get();
     if (connection_->extension(xcb_record_id) == nullptr || xcb_get_setup(server)->roots_len != 1) {
         return false;

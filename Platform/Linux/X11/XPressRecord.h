@@ -17,10 +17,17 @@ namespace tarvex {
 /// extension): their places, and nothing else that users do. Nobody is woken for what is put down there.
 class XPressRecord {
 public:
-    /// Begins the record, over a connection of its own. Where the server keeps none, or has several
-    /// screens, of which the record would not say which, it stays empty.
+    /// Not yet begun.
     /// @param displayName as XConnection::open() takes it
-    explicit XPressRecord(const std::string& displayName = {});
+    explicit XPressRecord(std::string displayName = {});
+
+    /// Begins the record if it has not begun, over a connection of its own, and waits for the server. Where
+    /// the server keeps none, or has several screens, of which the record would not say which, it stays
+    /// empty. All presses are to be asked for or passed over from then on: what nobody reads piles up.
+    void begin();
+
+    /// Ends the record and forgets all of it.
+    void end();
 
     /// The pixel of the root window where a button was pressed at the time that the server gave the press.
     /// That is told no later than whatever answers a request made after the press was heard of. To be asked
@@ -28,16 +35,20 @@ public:
     /// press that is older than the last few.
     [[nodiscard]] std::optional<PixelPlace> placeOfPress(xcb_timestamp_t time);
 
+    /// In place of asking, for a press that nobody will ask for. Does not wait.
+    void passOver(xcb_timestamp_t time) { static_cast<void>(placeOfPress(time)); }
+
 private:
     struct Press {
         xcb_timestamp_t time;
         PixelPlace place;
     };
 
-    [[nodiscard]] bool begin();
+    [[nodiscard]] bool enable();
     void read();
     void keep(const xcb_record_enable_context_reply_t& reply);
 
+    std::string displayName_;
     std::unique_ptr<XConnection> connection_;
     /// The number of the request that all replies answer.
     unsigned sequence_ = 0;

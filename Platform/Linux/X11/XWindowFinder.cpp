@@ -37,6 +37,15 @@ std::int16_t clampToCoordinate(int value) {
     return static_cast<std::int16_t>(std::clamp<int>(value, Limits::min(), Limits::max()));
 }
 
+template <typename Search>
+auto repeatWhileWindowsClose(const Search& search) {
+    auto path = search();
+    for (int attempt = 1; path.error == XCB_WINDOW && attempt < maxAttempts; ++attempt) {
+        path = search();
+    }
+    return path;
+}
+
 template <std::size_t count>
 std::vector<xcb_atom_t> atomsOf(XConnection& connection, const std::array<std::string_view, count>& names) {
     connection.internAtoms({names.begin(), names.end()});
@@ -61,14 +70,14 @@ XWindowFinder::XWindowFinder(XConnection& connection, std::vector<XClientResourc
 }
 
 XWindowFinder::Path XWindowFinder::deepestWindowAt(int x, int y) {
-    Path path = descendTo(x, y);
-    for (int attempt = 1; path.error == XCB_WINDOW && attempt < maxAttempts; ++attempt) {
-        path = descendTo(x, y);
-    }
-    return path;
+    return repeatWhileWindowsClose([&] { return descendTo(x, y); });
 }
 
 XWindowFinder::Path XWindowFinder::deepestWindowIn(xcb_window_t outermost, int x, int y) {
+    return repeatWhileWindowsClose([&] { return descendIn(outermost, x, y); });
+}
+
+XWindowFinder::Path XWindowFinder::descendIn(xcb_window_t outermost, int x, int y) {
     if (isOwn(outermost)) {
         return {};
     }
@@ -95,7 +104,7 @@ XWindowFinder::Path XWindowFinder::descendTo(int x, int y) {
         return {reply.error, {}};
     }
     const xcb_window_t child = isOwn(reply->child) ? reply->child : outermost_.behind(reply->child, x, y);
-    return child == XCB_WINDOW_NONE ? Path{0, {connection_->root()}} : deepestWindowIn(child, x, y);
+    return child == XCB_WINDOW_NONE ? Path{0, {connection_->root()}} : descendIn(child, x, y);
 }
 
 // The server itself looks for the child, and respects the shapes of windows in that.

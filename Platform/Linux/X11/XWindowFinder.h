@@ -37,8 +37,8 @@ public:
     /// closes meanwhile; an error when that does not end.
     [[nodiscard]] Path deepestWindowAt(int x, int y);
 
-    /// The same in a child of the root window, which need not be at the pixel any more. An error when a
-    /// window closes meanwhile.
+    /// The same in a child of the root window, which need not be at the pixel any more. An error when that
+    /// has closed.
     [[nodiscard]] Path deepestWindowIn(xcb_window_t outermost, int x, int y);
 
     /// The window that the window manager manages and that the given one is part of, be it the window itself,
@@ -56,6 +56,7 @@ public:
 private:
     /// The error is that of a window that has closed on the way.
     [[nodiscard]] Path descendTo(int x, int y);
+    [[nodiscard]] Path descendIn(xcb_window_t outermost, int x, int y);
     [[nodiscard]] XReply<xcb_translate_coordinates_reply_t> childAt(xcb_window_t window, int x, int y);
     [[nodiscard]] bool isOwn(xcb_window_t window) const;
     [[nodiscard]] xcb_window_t managedWindowBelow(xcb_window_t frame);

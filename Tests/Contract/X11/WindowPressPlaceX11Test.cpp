@@ -18,10 +18,16 @@ public:
     explicit PressListener(XInputAdapters& adapters, const std::string& displayName)
         : adapters_(&adapters), presses_(displayName) {
         EventTapRequest request;
-        request.eventMask = 1U << static_cast<std::uint32_t>(EventType::leftMouseDown);
+        request.eventMask = 1U << static_cast<std::uint32_t>(EventType::leftMouseDown) |
+                            1U << static_cast<std::uint32_t>(EventType::leftMouseDragged);
         request.refcon = this;
-        request.callback = [](EventTap*, EventType, const TapEvent* event, void* refcon) {
-            static_cast<PressListener*>(refcon)->take();
+        request.callback = [](EventTap*, EventType type, const TapEvent* event, void* refcon) {
+            auto& listener = *static_cast<PressListener*>(refcon);
+            if (type == EventType::leftMouseDown) {
+                listener.take();
+            } else {
+                ++listener.dragged_;
+            }
             return event;
         };
         tap_ = taps_.createTap(request);
@@ -44,11 +50,22 @@ public:
         return frames_.empty() ? std::nullopt : frames_.front();
     }
 
+    /// How many times motion was heard of before the last press.
+    [[nodiscard]] int draggedBefore() const { return draggedBefore_; }
+
+    [[nodiscard]] XPressRecord& record() { return presses_; }
+
+    void stop() {
+        taps_.removeSource(*source_);
+        adapters_->catchUp();
+    }
+
     /// Where the pointer was said to be then.
     [[nodiscard]] const std::vector<Point>& places() const { return places_; }
 
 private:
     void take() {
+        draggedBefore_ = dragged_;
         const Point place = pointer_.mouseLocation();
         places_.push_back(place);
         // The desktop is one monitor, so that only the direction of y differs.
@@ -76,6 +93,8 @@ private:
         *adapters_->connection, adapters_->pump, adapters_->layout, {}, nullptr, &pointer_};
     std::vector<std::optional<PixelRect>> frames_;
     std::vector<Point> places_;
+    int dragged_ = 0;
+    int draggedBefore_ = 0;
     std::unique_ptr<EventTap> tap_;
     std::unique_ptr<RunLoopSource> source_;
 };
@@ -110,6 +129,14 @@ protected:
     void pressAt(PixelPoint point) {
         mouse_.moveTo(point);
         mouse_.press();
+    }
+
+    /// Those that the program has not dealt with yet.
+    void loseEvents() {
+        adapters_.awaitServer();
+        EXPECT_NE(XcbOwned<xcb_generic_event_t>(xcb_poll_for_event(adapters_.connection->get())), nullptr);
+        while (const XcbOwned<xcb_generic_event_t> event{xcb_poll_for_event(adapters_.connection->get())}) {
+        }
     }
 
     /// The middle of the window's lowest row of pixels.
@@ -154,6 +181,22 @@ TEST_F(WindowPressPlaceX11, EveryPressHasItsPlaceThoughSeveralAreHeardOfAtOnce) 
     mouse_.release();
     mouse_.moveTo({700, 100});
     EXPECT_EQ(listener_.await(2), (std::vector<std::optional<PixelRect>>{home, second}));
+}
+
+TEST_F(WindowPressPlaceX11, WindowIsFoundThoughMotionFromBeforeThePressIsDueFirst) {
+    const xcb_window_t dragged = addManaged(home);
+    pressAt(bare_);
+    listener_.await(1);
+    mouse_.release();
+    loseEvents();
+    mouse_.moveTo({home.x + 5, home.y + 5});
+    mouse_.press();
+    activate(dragged);
+    const PixelRect pulled{home.x + 600, home.y + 400, home.width, home.height};
+    mouse_.moveTo({pulled.x + 5, pulled.y + 5});
+    configure(dragged, pulled);
+    EXPECT_EQ(listener_.await(2).back(), pulled);
+    EXPECT_EQ(listener_.draggedBefore(), 1);
 }
 
 TEST_F(WindowPressPlaceX11, WindowThatFollowedThePointerIsFoundThoughAnotherCameToLight) {
@@ -210,25 +253,36 @@ TEST_F(WindowPressPlaceX11, WithoutARecordAPressIsWhereThePointerIsByThen) {
     EXPECT_EQ(listener.awaitFrame(), second);
 }
 
-TEST_F(WindowPressPlaceX11, RecordTellsOfEveryPressOnceAndKeepsTheLastOnesAlone) {
-    XPressRecord record(server_.displayName());
-    xcb_timestamp_t time = XCB_CURRENT_TIME;
-    other_.setEventHandler([&](const xcb_generic_event_t& event) {
-        if ((event.response_type & 0x7F) == XCB_BUTTON_PRESS) {
-            time = reinterpret_cast<const xcb_button_press_event_t&>(event).time;
-        }
-    });
-    other_.selectEvents(other_.root(), XCB_EVENT_MASK_BUTTON_PRESS);
-    other_.sync();
-    const auto press = [&](PixelPoint point) {
+/// Presses whose times are known.
+class PressRecordX11 : public WindowPressPlaceX11 {
+protected:
+    void SetUp() override {
+        other_.setEventHandler([&](const xcb_generic_event_t& event) {
+            if ((event.response_type & 0x7F) == XCB_BUTTON_PRESS) {
+                time_ = reinterpret_cast<const xcb_button_press_event_t&>(event).time;
+            }
+        });
+        other_.selectEvents(other_.root(), XCB_EVENT_MASK_BUTTON_PRESS);
+        other_.sync();
+    }
+
+    /// When the record has the press, too.
+    xcb_timestamp_t press(PixelPoint point, std::uint8_t button = 1) {
         mouse_.moveTo(point);
-        mouse_.press();
-        mouse_.release();
+        mouse_.press(button);
+        mouse_.release(button);
         other_.sync();
         other_.handleEvents();
-        EXPECT_NE(time, XCB_CURRENT_TIME);
-        return time;
-    };
+        EXPECT_NE(time_, XCB_CURRENT_TIME);
+        return time_;
+    }
+
+    xcb_timestamp_t time_ = XCB_CURRENT_TIME;
+};
+
+TEST_F(PressRecordX11, TellsOfEveryPressOnceAndKeepsTheLastOnesAlone) {
+    XPressRecord record(server_.displayName());
+    record.begin();
     EXPECT_EQ(record.placeOfPress(1), std::nullopt);
     const xcb_timestamp_t first = press({5, 6});
     EXPECT_EQ(record.placeOfPress(first - 1), std::nullopt);
@@ -241,7 +295,41 @@ TEST_F(WindowPressPlaceX11, RecordTellsOfEveryPressOnceAndKeepsTheLastOnesAlone)
         press({11, 12});
     }
     EXPECT_EQ(record.placeOfPress(lost), std::nullopt);
-    EXPECT_EQ(record.placeOfPress(time), (PixelPlace{11, 12}));
+    EXPECT_EQ(record.placeOfPress(time_), (PixelPlace{11, 12}));
+}
+
+TEST_F(PressRecordX11, IsKeptFromItsBeginningToItsEnd) {
+    XPressRecord record(server_.displayName());
+    const xcb_timestamp_t before = press({5, 6});
+    record.begin();
+    EXPECT_EQ(record.placeOfPress(before), std::nullopt);
+    press({7, 8});
+    // A second beginning loses nothing.
+    record.begin();
+    EXPECT_EQ(record.placeOfPress(time_), (PixelPlace{7, 8}));
+    press({9, 10});
+    EXPECT_EQ(record.placeOfPress(1), std::nullopt);
+    record.end();
+    EXPECT_EQ(record.placeOfPress(time_), std::nullopt);
+    record.begin();
+    EXPECT_EQ(record.placeOfPress(time_), std::nullopt);
+    EXPECT_EQ(record.placeOfPress(press({11, 12})), (PixelPlace{11, 12}));
+}
+
+TEST_F(PressRecordX11, ForgetsWhatTheTapHasNoUseFor) {
+    constexpr std::uint8_t wheelUp = 4;
+    press({5, 6}, wheelUp);
+    adapters_.catchUp();
+    EXPECT_EQ(listener_.record().placeOfPress(time_), std::nullopt);
+    press({7, 8});
+    EXPECT_EQ(listener_.await(1).size(), 1U);
+    EXPECT_EQ(listener_.places().front(), (Point{7.5, 1024 - 8.5}));
+}
+
+TEST_F(PressRecordX11, EndsWithTheTap) {
+    listener_.stop();
+    press({5, 6});
+    EXPECT_EQ(listener_.record().placeOfPress(time_), std::nullopt);
 }
 
 } // namespace

@@ -13,6 +13,16 @@ namespace tarvex::contract {
 
 namespace {
 
+/// Adapters whose requests the test sees before the server does.
+class WatchedAdapters : private test::RequestGate, public XInputAdapters {
+public:
+    explicit WatchedAdapters(test::XServer& server) : RequestGate(server), XInputAdapters(displayName()) {}
+
+    using RequestGate::onRequest;
+
+    XAccessibilityPlatform platform{*connection, pump, layout, {}, nullptr, &pointer};
+};
+
 /// A window that is pulled away while its press is still being looked into. Its window manager is played by
 /// the test.
 class WindowPressX11 : public WindowFindingTest {
@@ -243,12 +253,33 @@ TEST_F(WindowPressX11, WindowThatHasGoneIsAnError) {
     EXPECT_EQ(adapters_.pointer.sighting(), nullptr);
 }
 
+TEST_F(WindowPressX11, PartThatClosesWhileTheWindowIsPulledAwayStillLeadsToIt) {
+    WatchedAdapters watched(server_);
+    const xcb_window_t window = tree_.add(other_.root(), home);
+    setManaged(window);
+    const xcb_window_t part = tree_.add(window, {10, 5, 300, 200});
+    other_.sync();
+    mouse_.moveTo(pressed_);
+    watched.pointer.refreshAtPress();
+    const XPointer::Hold hold(watched.pointer);
+    // Asked of the window, and then of its part.
+    watched.onRequest(XCB_TRANSLATE_COORDINATES, [&, question = std::make_shared<int>(0)] {
+        if (++*question == 2) {
+            xcb_destroy_window(other_.connection(), part);
+            const std::uint32_t farAway = 700;
+            xcb_configure_window(other_.connection(), window, XCB_CONFIG_WINDOW_X, &farAway);
+            other_.sync();
+        }
+    });
+    const AccessibilityElementRef found = windowAt(watched.platform, pressed_);
+    EXPECT_FALSE(other_.exists(part));
+    ASSERT_NE(found, nullptr);
+    EXPECT_EQ(watched.frameOf(found), home);
+}
+
 TEST_F(WindowPressX11, FrameIsAskedForBeforeAnythingElse) {
     // Over the tap, as a press goes. The search for the window begins with the second of these questions.
-    test::RequestGate gate(server_);
-    XInputAdapters watched(gate.displayName());
-    XAccessibilityPlatform platform(*watched.connection, watched.pump, watched.layout, {}, nullptr,
-                                    &watched.pointer);
+    WatchedAdapters watched(server_);
     const xcb_window_t window = tree_.add(other_.root(), home);
     setManaged(window);
     mouse_.moveTo(pressed_);
@@ -256,7 +287,7 @@ TEST_F(WindowPressX11, FrameIsAskedForBeforeAnythingElse) {
     struct Press {
         XAccessibilityPlatform* platform;
         std::optional<Point> position;
-    } press{&platform, std::nullopt};
+    } press{&watched.platform, std::nullopt};
 
     EventTapRequest request;
     request.eventMask = 1U << static_cast<std::uint32_t>(EventType::leftMouseDown);
@@ -274,7 +305,7 @@ TEST_F(WindowPressX11, FrameIsAskedForBeforeAnythingElse) {
     watched.taps.addSource(*source);
     watched.taps.enableTap(*tap);
     watched.catchUp();
-    gate.onRequest(XCB_TRANSLATE_COORDINATES, [&, count = std::make_shared<int>(0)] {
+    watched.onRequest(XCB_TRANSLATE_COORDINATES, [&, count = std::make_shared<int>(0)] {
         if (++*count == 2) {
             pull(window);
         }
