@@ -2,6 +2,7 @@
 
 #include "Platform/Linux/X11/WindowManagerProtocol.h"
 #include "Platform/Linux/X11/XAtoms.h"
+#include "Platform/Linux/X11/XSizeStates.h"
 
 #include <algorithm>
 #include <array>
@@ -15,6 +16,7 @@ namespace {
 
 constexpr std::string_view windowStateName = "WM_STATE";
 constexpr std::string_view windowTypeName = "_NET_WM_WINDOW_TYPE";
+constexpr std::string_view sizeStateName = "_NET_WM_STATE";
 
 constexpr std::array<std::string_view, 4> movableTypeNames{
     "_NET_WM_WINDOW_TYPE_NORMAL", "_NET_WM_WINDOW_TYPE_DIALOG", "_NET_WM_WINDOW_TYPE_UTILITY",
@@ -62,9 +64,10 @@ std::vector<xcb_atom_t> atomsOf(XConnection& connection, const std::array<std::s
 XWindowFinder::XWindowFinder(XConnection& connection, std::vector<XClientResources> ownClients)
     : connection_(&connection), outermost_(connection), ownClients_(std::move(ownClients)) {
     ownClients_.emplace_back(connection.get());
-    connection.internAtoms({windowStateName, windowTypeName});
+    connection.internAtoms({windowStateName, windowTypeName, sizeStateName});
     windowState_ = connection.atom(windowStateName);
     windowType_ = connection.atom(windowTypeName);
+    sizeState_ = connection.atom(sizeStateName);
     movableTypes_ = atomsOf(connection, movableTypeNames);
     fixedTypes_ = atomsOf(connection, fixedTypeNames);
 }
@@ -208,12 +211,19 @@ XWindowFinder::Result XWindowFinder::acceptIfMovable(xcb_window_t window) {
     }
     const auto attributesCookie = xcb_get_window_attributes(connection_->get(), window);
     const auto typeCookie = requestPropertyWords(*connection_, window, windowType_);
+    const auto managedCookie = requestPropertyWords(*connection_, window, windowState_);
+    const auto sizeCookie = requestPropertyWords(*connection_, window, sizeState_);
     const auto attributes = connection_->take(xcb_get_window_attributes_reply, attributesCookie);
     const XPropertyWords types = takePropertyWords(*connection_, typeCookie);
+    const XPropertyWords managed = takePropertyWords(*connection_, managedCookie);
+    const XPropertyWords size = takePropertyWords(*connection_, sizeCookie);
     if (!attributes) {
         return {attributes.error};
     }
-    if (attributes->override_redirect != 0 || !isMovableType(types.words)) {
+    // Window managers that compose the screen leave minimised windows mapped, below a window that keeps the
+    // pointer off them. A shaded one is iconic as well, but its title bar is there to be pressed.
+    const bool isHidden = isIconic(managed.words) && !sizeStatesOf(*connection_, size.words).shaded;
+    if (isHidden || attributes->override_redirect != 0 || !isMovableType(types.words)) {
         return {};
     }
     return {0, window};

@@ -43,7 +43,7 @@ public:
 
     /// The window that the window manager manages and that the given one is part of, be it the window itself,
     /// an ancestor, or the one inside the window manager's frame. None for desktops, panels, menus and the
-    /// like, for windows that no window manager manages, and for this program's own.
+    /// like, for windows that no window manager manages or that are minimised, and for this program's own.
     [[nodiscard]] Result managedWindowOf(xcb_window_t window);
 
     /// The same for the last window of a path, or, as far as they have closed, for the last one that has not.
@@ -69,6 +69,7 @@ private:
     std::vector<XClientResources> ownClients_;
     xcb_atom_t windowState_;
     xcb_atom_t windowType_;
+    xcb_atom_t sizeState_;
     std::vector<xcb_atom_t> movableTypes_;
     std::vector<xcb_atom_t> fixedTypes_;
 };

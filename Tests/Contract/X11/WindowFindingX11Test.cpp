@@ -26,6 +26,25 @@ TEST_F(WindowFindingX11, WithdrawnWindowIsNone) {
     expectFound(home.center(), home);
 }
 
+TEST_F(WindowFindingX11, MinimisedWindowIsNoneThoughItIsStillMapped) {
+    constexpr std::uint32_t iconic = 3;
+    const xcb_window_t window = tree_.add(other_.root(), home);
+    setManaged(window, iconic);
+    EXPECT_EQ(adapters_.windowAt(home.center()), nullptr);
+    other_.setWords(window, "_NET_WM_STATE", "ATOM", {other_.atom("_NET_WM_STATE_HIDDEN")});
+    other_.sync();
+    EXPECT_EQ(adapters_.windowAt(home.center()), nullptr);
+}
+
+TEST_F(WindowFindingX11, ShadedWindowIsFoundThoughItIsIconic) {
+    constexpr std::uint32_t iconic = 3;
+    const xcb_window_t window = tree_.add(other_.root(), home);
+    other_.setWords(window, "_NET_WM_STATE", "ATOM",
+                    {other_.atom("_NET_WM_STATE_HIDDEN"), other_.atom("_NET_WM_STATE_SHADED")});
+    setManaged(window, iconic);
+    expectFound(home.center(), home);
+}
+
 TEST_F(WindowFindingX11, OverrideRedirectWindowIsNone) {
     setManaged(tree_.add(other_.root(), home, true));
     EXPECT_EQ(adapters_.windowAt(home.center()), nullptr);
