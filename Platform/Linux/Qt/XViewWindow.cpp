@@ -113,11 +113,12 @@ void XViewWindow::open() {
     // Another keyboard may have been plugged in since the last time.
     platform_->modifiers_.invalidate();
     topmost_ = std::make_unique<TopmostKeeper>(*platform_->connection_, *platform_->pump_);
-    keyboard_ = std::make_unique<KeyboardKeeper>(*platform_->connection_, *platform_->pump_,
-                                                 platform_->surroundings_.managedWindows);
     makePicture();
     subscribe();
     surface_->show();
+    // Whoever has the keyboard right before gets it back.
+    keyboard_ = std::make_unique<KeyboardKeeper>(*platform_->connection_, *platform_->pump_,
+                                                 platform_->surroundings_.managedWindows);
     keyboard_->take(surface_->window());
     platform_->connection_->flush();
 }

@@ -1,9 +1,12 @@
 #include "Platform/Linux/X11/KeyboardLoan.h"
 
+#include "Platform/Linux/X11/WindowManagerProtocol.h"
 #include "Platform/Linux/X11/XClientResources.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <ranges>
+#include <span>
 
 namespace tarvex {
 
@@ -11,6 +14,16 @@ namespace {
 
 /// Of those that come and go while the keyboard is lent, only the latest are worth remembering.
 constexpr std::size_t maxFormerHolders = 16;
+
+/// Window trees are shallow.
+constexpr int maxDepth = 64;
+
+/// Some window managers wrap the window in one more within the frame.
+constexpr int frameLevels = 2;
+
+bool isNoWindow(xcb_window_t holder) {
+    return holder == XCB_INPUT_FOCUS_NONE || holder == XCB_INPUT_FOCUS_POINTER_ROOT;
+}
 
 } // namespace
 
@@ -25,11 +38,15 @@ std::optional<xcb_window_t> KeyboardLoan::holder() {
 }
 
 void KeyboardLoan::borrowFrom(xcb_window_t holder) {
-    if (holder == XCB_INPUT_FOCUS_NONE || holder == XCB_INPUT_FOCUS_POINTER_ROOT ||
-        isWindowManagers(holder)) {
+    if (isNoWindow(holder)) {
         return;
     }
     std::erase(formerHolders_, holder);
+    if (isWindowManagersOwn(holder)) {
+        std::erase_if(formerHolders_, isNoWindow);
+        formerHolders_.insert(formerHolders_.begin(), holder);
+        return;
+    }
     if (formerHolders_.size() >= maxFormerHolders) {
         formerHolders_.erase(formerHolders_.begin());
     }
@@ -45,17 +62,52 @@ void KeyboardLoan::giveBack(xcb_window_t borrower) {
         return;
     }
     for (const xcb_window_t former : std::views::reverse(formerHolders_)) {
-        // The server refuses a window that has gone or is hidden.
-        if (connection_->check(setFocus(former)) == 0) {
+        // The server refuses a window that has gone or is not mapped.
+        if (!isOutOfSight(former) && connection_->check(setFocus(former)) == 0) {
             return;
         }
     }
 }
 
-bool KeyboardLoan::isWindowManagers(xcb_window_t window) {
+bool KeyboardLoan::isWindowManagersOwn(xcb_window_t window) {
     const XPropertyWords manager = readPropertyWords(*connection_, connection_->root(), managerCheck_);
-    return !manager.words.empty() &&
-           XClientResources(connection_->get()).isSameClient(window, manager.words.front());
+    if (manager.words.empty() ||
+        !XClientResources(connection_->get()).isSameClient(window, manager.words.front())) {
+        return false;
+    }
+    // The announcement of one that died stays (Extended Window Manager Hints, _NET_SUPPORTING_WM_CHECK), and
+    // its number goes to another client.
+    const XPropertyWords self = readPropertyWords(*connection_, manager.words.front(), managerCheck_);
+    return self.words == manager.words && !holdsOthersWindow(window, frameLevels);
+}
+
+// As the frames do that some window managers give the keyboard to in place of a shaded window.
+bool KeyboardLoan::holdsOthersWindow(xcb_window_t window, int levels) {
+    if (levels == 0) {
+        return false;
+    }
+    const auto tree = connection_->take(xcb_query_tree_reply, xcb_query_tree(connection_->get(), window));
+    if (!tree) {
+        return false;
+    }
+    const XClientResources resources(connection_->get());
+    const std::span children(xcb_query_tree_children(tree.get()),
+                             static_cast<std::size_t>(xcb_query_tree_children_length(tree.get())));
+    return std::ranges::any_of(children, [&](xcb_window_t child) {
+        return !resources.isSameClient(child, window) || holdsOthersWindow(child, levels - 1);
+    });
+}
+
+// The holder may be a part of the window that the window manager looks after.
+bool KeyboardLoan::isOutOfSight(xcb_window_t window) {
+    for (int depth = 0; depth < maxDepth && !isNoWindow(window); ++depth) {
+        if (const auto isAway = isPutAway(*connection_, window)) {
+            return *isAway;
+        }
+        const auto tree = connection_->take(xcb_query_tree_reply, xcb_query_tree(connection_->get(), window));
+        window = tree ? tree->parent : xcb_window_t{XCB_WINDOW_NONE};
+    }
+    return false;
 }
 
 xcb_void_cookie_t KeyboardLoan::setFocus(xcb_window_t window) {

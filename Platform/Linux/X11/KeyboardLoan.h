@@ -25,20 +25,22 @@ public:
     /// None on a broken connection. Waits for the server.
     [[nodiscard]] std::optional<xcb_window_t> holder();
 
-    /// Has that window be the first that gets the keyboard back. No window, or one of the window manager's
-    /// own, which has the keyboard while it finds somebody to give it to, leaves it with those before. Waits
-    /// for the server.
+    /// Has that window be the first that gets the keyboard back. One of the window manager's own, which has
+    /// the keyboard while there is nobody to give it to, is the last instead. No window leaves it with those
+    /// before. Waits for the server.
     void borrowFrom(xcb_window_t holder);
 
     /// Gives the keyboard to the window, which must be shown. Does not wait.
     void give(xcb_window_t window);
 
-    /// Brings the keyboard back to the latest of the former holders that is still shown, if the borrower
+    /// Brings the keyboard back to the latest of the former holders that is still in sight, if the borrower
     /// still has it. Waits for the server.
     void giveBack(xcb_window_t borrower);
 
 private:
-    [[nodiscard]] bool isWindowManagers(xcb_window_t window);
+    [[nodiscard]] bool isWindowManagersOwn(xcb_window_t window);
+    [[nodiscard]] bool holdsOthersWindow(xcb_window_t window, int levels);
+    [[nodiscard]] bool isOutOfSight(xcb_window_t window);
     [[nodiscard]] xcb_void_cookie_t setFocus(xcb_window_t window);
 
     XConnection* connection_;

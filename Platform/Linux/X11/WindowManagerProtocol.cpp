@@ -1,5 +1,7 @@
 #include "Platform/Linux/X11/WindowManagerProtocol.h"
 
+#include "Platform/Linux/X11/XSizeStates.h"
+
 #include <algorithm>
 
 namespace tarvex {
@@ -36,6 +38,17 @@ bool isManaged(const std::vector<std::uint32_t>& windowState) {
 
 bool isIconic(const std::vector<std::uint32_t>& windowState) {
     return !windowState.empty() && windowState.front() == iconicState;
+}
+
+std::optional<bool> isPutAway(XConnection& connection, xcb_window_t window) {
+    const auto windowCookie = requestPropertyWords(connection, window, connection.atom("WM_STATE"));
+    const auto sizeCookie = requestPropertyWords(connection, window, connection.atom("_NET_WM_STATE"));
+    const XPropertyWords windowState = takePropertyWords(connection, windowCookie);
+    const XPropertyWords sizeState = takePropertyWords(connection, sizeCookie);
+    if (!isManaged(windowState.words)) {
+        return std::nullopt;
+    }
+    return isIconic(windowState.words) && !sizeStatesOf(connection, sizeState.words).shaded;
 }
 
 } // namespace tarvex

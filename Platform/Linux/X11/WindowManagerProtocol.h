@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 namespace tarvex {
@@ -37,5 +38,10 @@ void sendToWindowManager(XConnection& connection, xcb_window_t about, xcb_atom_t
 /// Whether the window is in ICCCM's IconicState.
 /// @param windowState the words of WM_STATE
 [[nodiscard]] bool isIconic(const std::vector<std::uint32_t>& windowState);
+
+/// Whether the window manager has put a window that it looks after out of the user's sight: it is minimised
+/// or on another desktop, even if it is still mapped, as under some window managers that compose the screen.
+/// A shaded one is in sight. None for a window that no window manager looks after. Waits for the server.
+[[nodiscard]] std::optional<bool> isPutAway(XConnection& connection, xcb_window_t window);
 
 } // namespace tarvex

@@ -1,5 +1,6 @@
 #include "Platform/Linux/X11/XOutermostWindows.h"
 
+#include "Platform/Linux/X11/WindowManagerProtocol.h"
 #include "Platform/Linux/X11/XClientResources.h"
 
 #include <xcb/shape.h>
@@ -124,7 +125,7 @@ std::vector<xcb_window_t> XOutermostWindows::childrenBelow(xcb_window_t child) {
 xcb_window_t XOutermostWindows::belowShield(xcb_window_t shield, int x, int y) {
     for (const xcb_window_t window : childrenBelow(shield)) {
         const auto shape = shapeOf(window);
-        if (!shape || !takesPointer(window, *shape, x, y)) {
+        if (!shape || !takesPointer(window, *shape, x, y) || isOutOfSight(window)) {
             continue;
         }
         const xcb_window_t found = shape->isInputOnly ? frameInside(window, *shape) : window;
@@ -133,6 +134,20 @@ xcb_window_t XOutermostWindows::belowShield(xcb_window_t shield, int x, int y) {
         }
     }
     return none;
+}
+
+bool XOutermostWindows::isOutOfSight(xcb_window_t window) {
+    if (const auto isAway = isPutAway(*connection_, window)) {
+        return *isAway;
+    }
+    const auto tree = connection_->take(xcb_query_tree_reply, xcb_query_tree(connection_->get(), window));
+    if (!tree) {
+        return false;
+    }
+    const std::span children(xcb_query_tree_children(tree.get()),
+                             static_cast<std::size_t>(xcb_query_tree_children_length(tree.get())));
+    return std::ranges::any_of(
+        children, [this](xcb_window_t child) { return isPutAway(*connection_, child).value_or(false); });
 }
 
 xcb_window_t XOutermostWindows::frameInside(xcb_window_t border, const Shape& shape) {

@@ -22,8 +22,9 @@ public:
 
     /// What the user takes hold of where the server finds that child of the root window. The frame, for one
     /// of the borders outside a frame that the window manager lets windows be resized by. For the shield that
-    /// a window manager may lay over the whole screen while it moves a window, what is below it at the pixel;
-    /// none for the bare desktop. Else the child itself.
+    /// a window manager may lay over the whole screen while it moves a window, or at all times between the
+    /// windows in sight and those that are not, what is below it at the pixel and in sight; none for the bare
+    /// desktop. Else the child itself.
     [[nodiscard]] xcb_window_t behind(xcb_window_t child, int x, int y);
 
     /// What was pressed, of which is known by now that the pointer has gone on. Both looks are of one moment:
@@ -46,6 +47,8 @@ private:
     /// From the top down.
     [[nodiscard]] std::vector<xcb_window_t> childrenBelow(xcb_window_t child);
     [[nodiscard]] xcb_window_t belowShield(xcb_window_t shield, int x, int y);
+    /// Of a frame or of a window without one.
+    [[nodiscard]] bool isOutOfSight(xcb_window_t window);
     /// None where it is no border of a frame.
     [[nodiscard]] xcb_window_t frameInside(xcb_window_t border, const Shape& shape);
     /// Those that hold the active window, and the one with the keyboard.

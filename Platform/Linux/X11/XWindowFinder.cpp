@@ -40,8 +40,8 @@ std::int16_t clampToCoordinate(int value) {
 }
 
 template <typename Search>
-auto repeatWhileWindowsClose(const Search& search) {
-    auto path = search();
+XWindowFinder::Path repeatWhileWindowsClose(const Search& search) {
+    XWindowFinder::Path path = search();
     for (int attempt = 1; path.error == XCB_WINDOW && attempt < maxAttempts; ++attempt) {
         path = search();
     }
@@ -220,8 +220,9 @@ XWindowFinder::Result XWindowFinder::acceptIfMovable(xcb_window_t window) {
     if (!attributes) {
         return {attributes.error};
     }
-    // Window managers that compose the screen leave minimised windows mapped, below a window that keeps the
-    // pointer off them. A shaded one is iconic as well, but its title bar is there to be pressed.
+    // Some window managers that compose the screen leave windows that are minimised or on another desktop
+    // mapped, below a window that keeps the pointer off them. A shaded one is iconic as well, but its title
+    // bar is there to be pressed.
     const bool isHidden = isIconic(managed.words) && !sizeStatesOf(*connection_, size.words).shaded;
     if (isHidden || attributes->override_redirect != 0 || !isMovableType(types.words)) {
         return {};

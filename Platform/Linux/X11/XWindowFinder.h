@@ -43,7 +43,8 @@ public:
 
     /// The window that the window manager manages and that the given one is part of, be it the window itself,
     /// an ancestor, or the one inside the window manager's frame. None for desktops, panels, menus and the
-    /// like, for windows that no window manager manages or that are minimised, and for this program's own.
+    /// like, for windows that no window manager manages or that are minimised or
+    /// on another desktop, and for this program's own.
     [[nodiscard]] Result managedWindowOf(xcb_window_t window);
 
     /// The same for the last window of a path, or, as far as they have closed, for the last one that has not.

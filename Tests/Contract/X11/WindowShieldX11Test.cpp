@@ -8,6 +8,9 @@
 #include <gtest/gtest.h>
 #include <xcb/shape.h>
 
+#include <memory>
+#include <optional>
+
 namespace tarvex::contract {
 
 namespace {
@@ -31,6 +34,14 @@ protected:
                           XCB_CW_OVERRIDE_REDIRECT, &overrideRedirect);
         xcb_map_window(client_.connection(), window);
         client_.sync();
+        return window;
+    }
+
+    std::unique_ptr<test::TestWindow> makeSmallOneAbove() {
+        test::TestWindowOptions options;
+        options.geometry = {frame_.x, frame_.y, 150, 120};
+        auto window = std::make_unique<test::TestWindow>(server_.displayName(), options);
+        manager_.barrier();
         return window;
     }
 
@@ -62,14 +73,25 @@ TEST_F(WindowShield, OverTheWholeScreenIsPassedOver) {
 }
 
 TEST_F(WindowShield, ShowsTheTopmostOfTheWindowsBelow) {
-    test::TestWindowOptions options;
-    options.geometry = {frame_.x, frame_.y, 150, 120};
-    test::TestWindow above(server_.displayName(), options);
-    manager_.barrier();
-    const PixelRect upper = above.managed().requireVisibleFrame();
+    const auto above = makeSmallOneAbove();
+    const PixelRect upper = above->managed().requireVisibleFrame();
     lay(screen_, XCB_WINDOW_CLASS_INPUT_ONLY);
-    EXPECT_EQ(frameAt(above.managed().titleBarPoint()), upper);
+    EXPECT_EQ(frameAt(above->managed().titleBarPoint()), upper);
     EXPECT_EQ(frameAt({upper.x + upper.width + 20, titleBar_.y}), frame_);
+}
+
+TEST_F(WindowShield, LooksThroughWindowsThatAreOutOfSight) {
+    const auto above = makeSmallOneAbove();
+    const PixelPoint titleBar = above->managed().titleBarPoint();
+    lay(screen_, XCB_WINDOW_CLASS_INPUT_ONLY);
+    // As they are under a window manager that leaves them mapped.
+    constexpr std::uint32_t iconic = 3;
+    client_.setWords(above->id(), "WM_STATE", "WM_STATE", {iconic, XCB_NONE});
+    client_.sync();
+    EXPECT_EQ(frameAt(titleBar), frame_);
+    client_.setWords(window_.id(), "WM_STATE", "WM_STATE", {iconic, XCB_NONE});
+    client_.sync();
+    EXPECT_EQ(frameAt(titleBar), std::nullopt);
 }
 
 TEST_F(WindowShield, LooksThroughWhatLetsThePointerThrough) {
