@@ -146,8 +146,16 @@ bool XOutermostWindows::isOutOfSight(xcb_window_t window) {
     }
     const std::span children(xcb_query_tree_children(tree.get()),
                              static_cast<std::size_t>(xcb_query_tree_children_length(tree.get())));
-    return std::ranges::any_of(
-        children, [this](xcb_window_t child) { return isPutAway(*connection_, child).value_or(false); });
+    // Of several windows in one frame, as tabs, at most one is in sight.
+    bool isAway = false;
+    for (const xcb_window_t child : children) {
+        const auto isChildAway = isPutAway(*connection_, child);
+        if (isChildAway == false) {
+            return false;
+        }
+        isAway = isAway || isChildAway.has_value();
+    }
+    return isAway;
 }
 
 xcb_window_t XOutermostWindows::frameInside(xcb_window_t border, const Shape& shape) {

@@ -1,4 +1,4 @@
-#include "Tests/Contract/X11/InputAdapters.h"
+#include "Tests/Contract/X11/WindowFindingFixture.h"
 #include "Tests/Support/X11/ManagedWindow.h"
 #include "Tests/Support/X11/TestWindow.h"
 #include "Tests/Support/X11/WindowManager.h"
@@ -14,9 +14,6 @@
 namespace tarvex::contract {
 
 namespace {
-
-using test::PixelPoint;
-using test::PixelRect;
 
 /// A managed window, and windows that nobody sees above it.
 class WindowShield : public ::testing::Test {
@@ -92,6 +89,23 @@ TEST_F(WindowShield, LooksThroughWindowsThatAreOutOfSight) {
     client_.setWords(window_.id(), "WM_STATE", "WM_STATE", {iconic, XCB_NONE});
     client_.sync();
     EXPECT_EQ(frameAt(titleBar), std::nullopt);
+}
+
+TEST_F(WindowShield, FrameWithOneWindowInSightIsInSight) {
+    test::XClient program(server_.displayName());
+    const xcb_window_t frame = lay({700, 300, 300, 200}, XCB_WINDOW_CLASS_INPUT_OUTPUT);
+    constexpr std::uint32_t normal = 1;
+    constexpr std::uint32_t iconic = 3;
+    for (const std::uint32_t state : {iconic, normal, iconic}) {
+        const xcb_window_t tab = Tree(program.connection()).add(frame, {0, 20, 300, 180});
+        program.sync();
+        client_.setWords(tab, "WM_STATE", "WM_STATE", {state, XCB_NONE});
+        if (state == iconic) {
+            xcb_unmap_window(client_.connection(), tab);
+        }
+    }
+    lay(screen_, XCB_WINDOW_CLASS_INPUT_ONLY);
+    EXPECT_NE(frameAt({850, 310}), std::nullopt);
 }
 
 TEST_F(WindowShield, LooksThroughWhatLetsThePointerThrough) {
