@@ -2,11 +2,11 @@
 
 #include "Platform/Linux/X11/WindowManagerProtocol.h"
 #include "Platform/Linux/X11/XClientResources.h"
+#include "Platform/Linux/X11/XWindowTree.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <ranges>
-#include <span>
 
 namespace tarvex {
 
@@ -86,14 +86,8 @@ bool KeyboardLoan::holdsOthersWindow(xcb_window_t window, int levels) {
     if (levels == 0) {
         return false;
     }
-    const auto tree = connection_->take(xcb_query_tree_reply, xcb_query_tree(connection_->get(), window));
-    if (!tree) {
-        return false;
-    }
     const XClientResources resources(connection_->get());
-    const std::span children(xcb_query_tree_children(tree.get()),
-                             static_cast<std::size_t>(xcb_query_tree_children_length(tree.get())));
-    return std::ranges::any_of(children, [&](xcb_window_t child) {
+    return std::ranges::any_of(readChildren(*connection_, window), [&](xcb_window_t child) {
         return !resources.isSameClient(child, window) || holdsOthersWindow(child, levels - 1);
     });
 }

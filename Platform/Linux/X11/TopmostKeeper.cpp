@@ -2,6 +2,7 @@
 
 #include "Platform/Linux/X11/OverlayParking.h"
 #include "Platform/Linux/X11/XAtoms.h"
+#include "Platform/Linux/X11/XWindowTree.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -88,7 +89,7 @@ void TopmostKeeper::keepOnTop(xcb_window_t window, const PixelRect& frame) {
 
 std::vector<TopmostKeeper::Overlapping> TopmostKeeper::findOverlapping(xcb_window_t kept,
                                                                        const PixelRect& frame, bool isNew) {
-    const std::vector<xcb_window_t> children = readChildren(connection_->root());
+    const std::vector<xcb_window_t> children = readChildren(*connection_, connection_->root());
     const auto place = std::find(children.begin(), children.end(), kept);
     if (place == children.end()) {
         return {};
@@ -146,27 +147,18 @@ bool TopmostKeeper::isPopup(const std::vector<std::uint32_t>& types) const {
     });
 }
 
-std::vector<xcb_window_t> TopmostKeeper::readChildren(xcb_window_t window) {
-    const auto tree = connection_->take(xcb_query_tree_reply, xcb_query_tree(connection_->get(), window));
-    if (!tree) {
-        return {};
-    }
-    const xcb_window_t* const children = xcb_query_tree_children(tree.get());
-    return {children, children + xcb_query_tree_children_length(tree.get())};
-}
-
 std::vector<xcb_window_t> TopmostKeeper::findClients(xcb_window_t frame) {
     std::vector<xcb_window_t> clients;
     const auto addFrom = [&](const std::vector<xcb_window_t>& windows) {
         std::copy_if(windows.begin(), windows.end(), std::back_inserter(clients),
                      [&](xcb_window_t window) { return !own_.isSameClient(window, frame); });
     };
-    const std::vector<xcb_window_t> children = readChildren(frame);
+    const std::vector<xcb_window_t> children = readChildren(*connection_, frame);
     addFrom(children);
     if (clients.empty()) {
         // Some window managers wrap the client in a window more.
         for (const xcb_window_t child : children) {
-            addFrom(readChildren(child));
+            addFrom(readChildren(*connection_, child));
         }
     }
     return clients;

@@ -77,7 +77,6 @@ private:
     [[nodiscard]] bool isHigh(const std::vector<std::uint32_t>& types) const;
     /// What programs show over everything for a while.
     [[nodiscard]] bool isPopup(const std::vector<std::uint32_t>& types) const;
-    [[nodiscard]] std::vector<xcb_window_t> readChildren(xcb_window_t window);
     /// The windows of others that the window holds.
     [[nodiscard]] std::vector<xcb_window_t> findClients(xcb_window_t frame);
     [[nodiscard]] bool mayRaise();

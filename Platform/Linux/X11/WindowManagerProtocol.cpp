@@ -40,15 +40,20 @@ bool isIconic(const std::vector<std::uint32_t>& windowState) {
     return !windowState.empty() && windowState.front() == iconicState;
 }
 
+std::optional<bool> isPutAway(XConnection& connection, const std::vector<std::uint32_t>& windowState,
+                              const std::vector<std::uint32_t>& sizeState) {
+    if (!isManaged(windowState)) {
+        return std::nullopt;
+    }
+    return isIconic(windowState) && !sizeStatesOf(connection, sizeState).shaded;
+}
+
 std::optional<bool> isPutAway(XConnection& connection, xcb_window_t window) {
     const auto windowCookie = requestPropertyWords(connection, window, connection.atom("WM_STATE"));
     const auto sizeCookie = requestPropertyWords(connection, window, connection.atom("_NET_WM_STATE"));
     const XPropertyWords windowState = takePropertyWords(connection, windowCookie);
     const XPropertyWords sizeState = takePropertyWords(connection, sizeCookie);
-    if (!isManaged(windowState.words)) {
-        return std::nullopt;
-    }
-    return isIconic(windowState.words) && !sizeStatesOf(connection, sizeState.words).shaded;
+    return isPutAway(connection, windowState.words, sizeState.words);
 }
 
 } // namespace tarvex

@@ -41,7 +41,14 @@ void sendToWindowManager(XConnection& connection, xcb_window_t about, xcb_atom_t
 
 /// Whether the window manager has put a window that it looks after out of the user's sight: it is minimised
 /// or on another desktop, even if it is still mapped, as under some window managers that compose the screen.
-/// A shaded one is in sight. None for a window that no window manager looks after. Waits for the server.
+/// A shaded one is in sight. None for a window that no window manager looks after.
+/// @param windowState the words of WM_STATE
+/// @param sizeState the words of _NET_WM_STATE
+[[nodiscard]] std::optional<bool> isPutAway(XConnection& connection,
+                                            const std::vector<std::uint32_t>& windowState,
+                                            const std::vector<std::uint32_t>& sizeState);
+
+/// The same of a window whose properties are not known yet. Waits for the server.
 [[nodiscard]] std::optional<bool> isPutAway(XConnection& connection, xcb_window_t window);
 
 } // namespace tarvex

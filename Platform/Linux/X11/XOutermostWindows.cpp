@@ -2,6 +2,7 @@
 
 #include "Platform/Linux/X11/WindowManagerProtocol.h"
 #include "Platform/Linux/X11/XClientResources.h"
+#include "Platform/Linux/X11/XWindowTree.h"
 
 #include <xcb/shape.h>
 
@@ -108,14 +109,8 @@ bool XOutermostWindows::takesPointer(xcb_window_t window, const Shape& shape, in
 }
 
 std::vector<xcb_window_t> XOutermostWindows::childrenBelow(xcb_window_t child) {
-    const auto tree =
-        connection_->take(xcb_query_tree_reply, xcb_query_tree(connection_->get(), connection_->root()));
-    if (!tree) {
-        return {};
-    }
     // They come from the bottom up.
-    const std::span all(xcb_query_tree_children(tree.get()),
-                        static_cast<std::size_t>(xcb_query_tree_children_length(tree.get())));
+    const std::vector<xcb_window_t> all = readChildren(*connection_, connection_->root());
     const auto self = std::ranges::find(all, child);
     std::vector<xcb_window_t> below(all.begin(), self);
     std::ranges::reverse(below);
@@ -140,15 +135,9 @@ bool XOutermostWindows::isOutOfSight(xcb_window_t window) {
     if (const auto isAway = isPutAway(*connection_, window)) {
         return *isAway;
     }
-    const auto tree = connection_->take(xcb_query_tree_reply, xcb_query_tree(connection_->get(), window));
-    if (!tree) {
-        return false;
-    }
-    const std::span children(xcb_query_tree_children(tree.get()),
-                             static_cast<std::size_t>(xcb_query_tree_children_length(tree.get())));
     // Of several windows in one frame, as tabs, at most one is in sight.
     bool isAway = false;
-    for (const xcb_window_t child : children) {
+    for (const xcb_window_t child : readChildren(*connection_, window)) {
         const auto isChildAway = isPutAway(*connection_, child);
         if (isChildAway == false) {
             return false;

@@ -63,11 +63,12 @@ public:
     /// @param time the server's, of the press
     const Snapshot& refreshAtPress(xcb_timestamp_t time = XCB_CURRENT_TIME);
 
-    /// Before the first of the presses that are heard of one by one, and after the last.
+    /// Before the first of the presses that are heard of one by one, and after the last. The beginning waits
+    /// for the server.
     void beginPresses();
     void endPresses();
 
-    /// In place of refreshAtPress(), for a press that concerns nobody.
+    /// In place of refreshAtPress(), for a press that concerns nobody. Does not wait.
     void passOverPress(xcb_timestamp_t time);
 
     /// The window that was pressed, until the press has been delivered; else null. None is pressed on the

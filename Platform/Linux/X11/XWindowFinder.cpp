@@ -2,7 +2,6 @@
 
 #include "Platform/Linux/X11/WindowManagerProtocol.h"
 #include "Platform/Linux/X11/XAtoms.h"
-#include "Platform/Linux/X11/XSizeStates.h"
 
 #include <algorithm>
 #include <array>
@@ -220,10 +219,8 @@ XWindowFinder::Result XWindowFinder::acceptIfMovable(xcb_window_t window) {
     if (!attributes) {
         return {attributes.error};
     }
-    // Some window managers that compose the screen leave windows that are minimised or on another desktop
-    // mapped, below a window that keeps the pointer off them. A shaded one is iconic as well, but its title
-    // bar is there to be pressed.
-    const bool isHidden = isIconic(managed.words) && !sizeStatesOf(*connection_, size.words).shaded;
+    // One that is put away but mapped lies below a window that keeps the pointer off it.
+    const bool isHidden = isPutAway(*connection_, managed.words, size.words).value_or(false);
     if (isHidden || attributes->override_redirect != 0 || !isMovableType(types.words)) {
         return {};
     }
